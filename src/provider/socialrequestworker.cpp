@@ -1,0 +1,276 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "provider/socialrequestworker.h"
+
+#include "manager/kinletmanager.h"
+#include "provider/kinletinterface.h"
+#include "requests/socialdatarequest.h"
+
+#include <QDataStream>
+#include <QDateTime>
+#include <QDebug>
+#include <QHash>
+#include <QIODevice>
+#include <QMap>
+#include <QMultiHash>
+#include <QPair>
+#include <QPointer>
+#include <QSharedPointer>
+#include <QTimer>
+
+#include <algorithm>
+#include <utility>
+
+// Everything a job calls may delete what it likes: the caller's request, providers, the manager and
+// with it this worker. After each such call only what is guarded or looked up afresh is touched.
+
+struct SocialRequestJob {
+    QList<SocialDataRequest *> copies;
+    QMap<SocialDataRequest *, QSharedPointer<KinletInterface>> copyProviders;
+    SocialDataRequest *callerRequest;
+    QDateTime startTime;
+    bool done;
+    bool callerAlive;
+};
+
+class SocialRequestWorkerPrivate {
+public:
+    bool isOpen(SocialRequestJob *job) const
+    {
+        return std::find(jobsByRequest.cbegin(), jobsByRequest.cend(), job) != jobsByRequest.cend();
+    }
+    void startTimeout(SocialRequestWorker *worker, int milliseconds)
+    {
+        ++timeoutsDue;
+        QTimer::singleShot(milliseconds, Qt::PreciseTimer, worker, SLOT(timeoutElapsed()));
+    }
+
+    QHash<SocialDataRequest *, SocialRequestJob *> jobsByCopy;
+    // A request that is performed again before it has ended has several jobs.
+    QMultiHash<SocialDataRequest *, SocialRequestJob *> jobsByRequest;
+    QList<SocialRequestJob *> deleteQueue;
+    int timeoutsDue = 0;
+};
+
+namespace {
+
+constexpr int TimeoutSeconds = 60;
+// One millisecond more, so that a whole minute has passed when the timer strikes.
+constexpr int TimeoutMilliseconds = TimeoutSeconds * 1000 + 1;
+constexpr int DeletionMilliseconds = 60000;
+
+}
+
+SocialRequestWorker::SocialRequestWorker(QObject *parent)
+    : QObject(parent), d(new SocialRequestWorkerPrivate)
+{
+}
+
+SocialRequestWorker::~SocialRequestWorker() = default;
+
+bool SocialRequestWorker::performRequest(SocialDataRequest *request)
+{
+    const QPointer<SocialRequestWorker> self(this);
+    const QPointer<SocialDataRequest> caller(request);
+    request->setRequestProgress(SocialDataRequest::Started, {});
+    if (!self || !caller)
+        return true;
+
+    const KinletManager *manager = KinletManager::instance();
+    const QStringList filter = request->performOnAccountsFilter();
+    QMultiHash<QString, QString> accountsByProvider;
+    for (const QString &accountId : filter) {
+        const QString name = manager->providerNameFromAccountId(accountId);
+        if (!name.isEmpty())
+            accountsByProvider.insert(name, accountId);
+    }
+    const QList<QString> names =
+        filter.isEmpty() ? manager->allProviderNames() : accountsByProvider.uniqueKeys();
+
+    auto *job = new SocialRequestJob{{}, {}, request, QDateTime::currentDateTime(), false, true};
+    QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> dispatches;
+    for (const QString &name : names) {
+        if (!manager->hasProvider(name))
+            continue;
+        SocialDataRequest *copy = requestCopy(request);
+        if (!copy) {
+            // The copies made so far are never started; they go with the job.
+            deleteJob(job);
+            request->setRequestProgress(SocialDataRequest::Finished,
+                                        {KinletError(KinletError::NotPerformed)});
+            return false;
+        }
+        if (!filter.isEmpty())
+            copy->setPerformOnAccountsFilter(accountsByProvider.values(name));
+        const QSharedPointer<KinletInterface> provider = manager->provider(name);
+        job->copies.append(copy);
+        d->jobsByCopy.insert(copy, job);
+        dispatches.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
+        job->copyProviders.insert(copy, provider);
+        connect(copy, SIGNAL(finished(SocialDataRequest *)), this,
+                SLOT(requestFinished(SocialDataRequest *)));
+    }
+    d->jobsByRequest.insert(request, job);
+    connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
+
+    for (const auto &dispatch : std::as_const(dispatches)) {
+        dispatch.first->performRequest(dispatch.second);
+        if (!self)
+            return true;
+    }
+
+    if (d->isOpen(job)) {
+        const bool completed = processResults(job);
+        if (!self)
+            return true;
+        if (completed || d->deleteQueue.contains(job))
+            deleteJob(job);
+        else if (d->isOpen(job))
+            d->startTimeout(this, TimeoutMilliseconds);
+    }
+    return true;
+}
+
+bool SocialRequestWorker::cancelRequest(SocialDataRequest *request)
+{
+    Q_UNUSED(request)
+    return false;
+}
+
+SocialDataRequest *SocialRequestWorker::requestCopy(SocialDataRequest *request)
+{
+    QObject *object = request->metaObject()->newInstance();
+    auto *copy = qobject_cast<SocialDataRequest *>(object);
+    if (!copy) {
+        delete object;
+        qCritical("static SocialDataRequest* SocialRequestWorker::requestCopy(SocialDataRequest*)");
+        return nullptr;
+    }
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    request->serialize(out);
+    QDataStream in(bytes);
+    copy->unserialize(in);
+    return copy;
+}
+
+// Merges the copies into the caller's request. True if this call has completed the job: it is then
+// to be passed to deleteJob(), save after the time-out. Until then nothing else deletes it.
+bool SocialRequestWorker::processResults(SocialRequestJob *job)
+{
+    QList<SocialGenericData> results;
+    QList<KinletError> errors;
+    SocialDataRequest::Status status = SocialDataRequest::Finished;
+    for (const SocialDataRequest *copy : std::as_const(job->copies)) {
+        status = qMin(status, copy->status());
+        results += copy->results();
+        errors += copy->errors();
+    }
+    if (status != SocialDataRequest::Finished
+        && job->startTime.secsTo(QDateTime::currentDateTime()) >= TimeoutSeconds) {
+        // The text speaks of five seconds, the limit is sixty; both are known so.
+        errors.append(KinletError(KinletError::ProviderTimeout,
+                                  QStringLiteral("One of backends did not reply in 5 seconds")));
+        status = SocialDataRequest::Finished;
+    }
+    const bool completed = status == SocialDataRequest::Finished;
+    if (completed) {
+        for (SocialDataRequest *copy : std::as_const(job->copies))
+            d->jobsByCopy.remove(copy);
+        d->jobsByRequest.remove(job->callerRequest, job);
+        job->done = true;
+    }
+    if (job->callerAlive) {
+        job->callerRequest->setResults(results);
+        job->callerRequest->setRequestProgress(status, errors);
+    } else if (completed) {
+        deleteJob(job);
+    }
+    return completed;
+}
+
+void SocialRequestWorker::requestFinished(SocialDataRequest *request)
+{
+    SocialRequestJob *job = d->jobsByCopy.value(request);
+    if (!job)
+        return;
+    const QPointer<SocialRequestWorker> self(this);
+    const bool completed = processResults(job);
+    // A slot on the caller's request may have let another answer complete the job meanwhile: then
+    // it is in the queue, and asked for again it moves to its end.
+    if (self && (completed || d->deleteQueue.contains(job)))
+        deleteJob(job);
+}
+
+void SocialRequestWorker::timeoutElapsed()
+{
+    d->timeoutsDue = qMax(0, d->timeoutsDue - 1);
+    const QPointer<SocialRequestWorker> self(this);
+    const QDateTime now = QDateTime::currentDateTime();
+    const QList<SocialRequestJob *> jobs = d->jobsByRequest.values();
+    for (SocialRequestJob *job : jobs) {
+        if (!d->isOpen(job) || job->startTime.secsTo(now) < TimeoutSeconds)
+            continue;
+        QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> overdue;
+        for (SocialDataRequest *copy : std::as_const(job->copies)) {
+            if (const QSharedPointer<KinletInterface> provider = job->copyProviders.value(copy))
+                overdue.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
+        }
+        for (const auto &entry : std::as_const(overdue)) {
+            if (!entry.second || entry.second->status() == SocialDataRequest::Finished)
+                continue;
+            entry.first->cancelRequest(entry.second);
+            if (!self)
+                return;
+        }
+        if (d->isOpen(job))
+            processResults(job);
+        if (!self)
+            return;
+    }
+    // The clock may have been set back: then no timer would come for jobs that are too young now.
+    if (d->timeoutsDue == 0 && !d->jobsByRequest.isEmpty()) {
+        qint64 wait = TimeoutMilliseconds;
+        for (const SocialRequestJob *job : std::as_const(d->jobsByRequest))
+            wait = qMin(wait, TimeoutMilliseconds - job->startTime.msecsTo(now));
+        d->startTimeout(this, int(qMax<qint64>(1, wait)));
+    }
+}
+
+void SocialRequestWorker::onRequestDisposed(QObject *object)
+{
+    // Compared as a pointer only: the object is no request any more.
+    const QList<SocialRequestJob *> jobs =
+        d->jobsByRequest.values(static_cast<SocialDataRequest *>(object));
+    for (SocialRequestJob *job : jobs) {
+        if (!job->callerAlive)
+            continue;
+        job->callerAlive = false;
+        processResults(job);
+    }
+}
+
+void SocialRequestWorker::deleteJob(SocialRequestJob *job)
+{
+    const auto earlier = d->deleteQueue.indexOf(job);
+    if (earlier >= 0)
+        d->deleteQueue[earlier] = nullptr;
+    d->deleteQueue.append(job);
+    QTimer::singleShot(DeletionMilliseconds, Qt::PreciseTimer, this, SLOT(onDeferredDelete()));
+}
+
+void SocialRequestWorker::onDeferredDelete()
+{
+    if (d->deleteQueue.isEmpty())
+        return;
+    SocialRequestJob *job = d->deleteQueue.takeFirst();
+    if (!job)
+        return;
+    for (SocialDataRequest *copy : std::as_const(job->copies)) {
+        // Only copies that were made but never started are still entered.
+        d->jobsByCopy.remove(copy);
+        copy->deleteLater();
+    }
+    delete job;
+}

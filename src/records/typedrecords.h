@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include "records/socialgenericdata.h"
+
+/*
+ * The four kinds of record that the library knows. They add no data to SocialGenericData: each
+ * fixes the class name and spells the property keys once for everybody. The text of a key is its
+ * name.
+ *
+ * Each is made empty, with only its class name, or from any record, whose properties it then shares
+ * while the class name becomes its own. The source keeps its class name, and no check of it is
+ * made: an absent thing is an empty record of the right kind, without an id.
+ *
+ * Where a value has a type that providers and applications must agree on, the key says it. A key
+ * without a remark holds text. Times are QDateTime in UTC.
+ */
+
+/// A person: a contact, an author, somebody who likes something.
+class KINLET_EXPORT SocialNetworkPerson : public SocialGenericData {
+public:
+    static const QString ClassName;
+    /// The name that the network shows.
+    static const QString ScreenName;
+    static const QString FirstName;
+    static const QString LastName;
+    /// A list of Media, or of texts that are URLs; the first is the preferred one.
+    static const QString AvatarList;
+    /// The person's current status text.
+    static const QString Status;
+    /// QDateTime
+    static const QString StatusChangeTime;
+    static const QString AboutMe;
+    static const QString Relationship;
+    /// URL of the person's page.
+    static const QString ProfileLink;
+    static const QString PhoneNumber;
+    /// QStringList
+    static const QString EmailAddresses;
+    /// QStringList
+    static const QString Websites;
+    /// QDate
+    static const QString Birthday;
+
+    SocialNetworkPerson();
+    SocialNetworkPerson(const SocialGenericData &other);
+    ~SocialNetworkPerson() override;
+};
+
+/// An entry of a timeline: a status, a comment, a message. Its text is the Description.
+class KINLET_EXPORT SocialActivity : public SocialGenericData {
+public:
+    /// What an activity is. Not registered with the meta-object system; one byte on the wire.
+    enum Type : int {
+        UnknownType = 0,
+        Status = 1,
+        Comment = 2,
+        Message = 3,
+        /// As a filter: every type.
+        AnyType = 4
+    };
+
+    static const QString ClassName;
+    /// QDateTime
+    static const QString StartTime;
+    /// QDateTime
+    static const QString EndTime;
+    static const QString OwnerPersonId;
+    static const QString ReceiverPersonId;
+    /// int, a SocialActivity::Type
+    static const QString ActivityType;
+    /// int
+    static const QString CommentCount;
+    /// The activity that this one comments on.
+    static const QString ParentActivityId;
+    /// int
+    static const QString LikeCount;
+    /// bool
+    static const QString IsLikedByMe;
+    /// SocialActivityAttachment
+    static const QString Attachment;
+
+    SocialActivity();
+    SocialActivity(const SocialGenericData &other);
+    ~SocialActivity() override;
+};
+
+/// A social network as a provider offers it. Its name for people is the Description.
+class KINLET_EXPORT SocialService : public SocialGenericData {
+public:
+    static const QString ClassName;
+    static const QString ProviderName;
+    /// Name of an icon of the theme, or a URL.
+    static const QString Icon;
+    static const QString Website;
+    /// bool
+    static const QString CanDataBeCached;
+    /// int, KinletAction::Action values joined with "or"
+    static const QString SocialActions;
+    /// A list of SocialActionIconTexts
+    static const QString ActionIconTexts;
+    /// bool
+    static const QString ForceAutomerged;
+
+    SocialService();
+    SocialService(const SocialGenericData &other);
+    ~SocialService() override;
+};
+
+/// A user's account on a service.
+class KINLET_EXPORT SocialServiceAccount : public SocialGenericData {
+public:
+    static const QString ClassName;
+    /// Id of the SocialService that the account belongs to; the manager finds services by it.
+    static const QString SocialServiceId;
+    /// Id of the person who is the account's user.
+    static const QString ProfileId;
+    static const QString AccountName;
+    static const QString UserName;
+    static const QString Avatar;
+    /// int; in a pushed update 4 and 5 mean that the account is gone.
+    static const QString State;
+    /// SocialImportProgress; the manager turns updates of it into importStarted() and
+    /// importEnded().
+    static const QString ImportProgress;
+
+    SocialServiceAccount();
+    SocialServiceAccount(const SocialGenericData &other);
+    ~SocialServiceAccount() override;
+};
+
+Q_DECLARE_METATYPE(SocialNetworkPerson)
+Q_DECLARE_METATYPE(SocialActivity)
+Q_DECLARE_METATYPE(SocialService)
+Q_DECLARE_METATYPE(SocialServiceAccount)

@@ -1,0 +1,82 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "records/valuetypes.h"
+
+#include "records/streamreading_p.h"
+
+#include <QDataStream>
+
+namespace {
+
+// A number and three empty texts.
+constexpr int SmallestMedia = 4 + 3 * SmallestString;
+
+template <typename T>
+void registerType(const char *name)
+{
+    qRegisterMetaType<T>(name);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    qRegisterMetaTypeStreamOperators<T>(name);
+#endif
+}
+
+}
+
+QDataStream &operator<<(QDataStream &out, const Media &media)
+{
+    return out << media.kind << media.firstText << media.secondText << media.thirdText;
+}
+
+QDataStream &operator>>(QDataStream &in, Media &media)
+{
+    return in >> media.kind >> media.firstText >> media.secondText >> media.thirdText;
+}
+
+QDataStream &operator<<(QDataStream &out, const SocialActionIconTexts &texts)
+{
+    return out << texts.kind << texts.firstText << texts.secondText << texts.thirdText;
+}
+
+QDataStream &operator>>(QDataStream &in, SocialActionIconTexts &texts)
+{
+    return in >> texts.kind >> texts.firstText >> texts.secondText >> texts.thirdText;
+}
+
+QDataStream &operator<<(QDataStream &out, const SocialActivityAttachment &attachment)
+{
+    return out << attachment.firstText << attachment.secondText << attachment.thirdText
+               << attachment.fourthText << attachment.media;
+}
+
+QDataStream &operator>>(QDataStream &in, SocialActivityAttachment &attachment)
+{
+    in >> attachment.firstText >> attachment.secondText >> attachment.thirdText
+        >> attachment.fourthText;
+    readList(in, attachment.media, SmallestMedia);
+    return in;
+}
+
+QDataStream &operator<<(QDataStream &out, const SocialImportProgress &progress)
+{
+    return out << progress.running << progress.contactsAdded << progress.contactsRemoved
+               << progress.contactsMerged;
+}
+
+QDataStream &operator>>(QDataStream &in, SocialImportProgress &progress)
+{
+    return in >> progress.running >> progress.contactsAdded >> progress.contactsRemoved
+        >> progress.contactsMerged;
+}
+
+void KinletInitializer::init()
+{
+    static bool done = false;
+    if (done)
+        return;
+    done = true;
+    registerType<SocialActivityAttachment>("SocialActivityAttachment");
+    registerType<Media>("Media");
+    registerType<SocialActionIconTexts>("SocialActionIconTexts");
+    registerType<SocialImportProgress>("SocialImportProgress");
+}
