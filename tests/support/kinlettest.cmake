@@ -1,0 +1,72 @@
+# SPDX-FileCopyrightText: 2026 The Kinlet developers
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
+# Every test runs in a sandbox of its own: home, XDG folders, no session bus, no installed plug-ins.
+function(kinlet_test_sandbox name)
+    set(sandbox ${CMAKE_CURRENT_BINARY_DIR}/${name}.sandbox)
+    file(MAKE_DIRECTORY ${sandbox}/runtime ${sandbox}/plugins)
+    file(CHMOD ${sandbox}/runtime PERMISSIONS OWNER_READ OWNER_WRITE OWNER_EXECUTE)
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+        HOME=${sandbox}
+        XDG_CACHE_HOME=${sandbox}/cache
+        XDG_CONFIG_HOME=${sandbox}/config
+        XDG_DATA_HOME=${sandbox}/data
+        XDG_RUNTIME_DIR=${sandbox}/runtime
+        DBUS_SESSION_BUS_ADDRESS=unix:path=${sandbox}/no-bus
+        KINLET_USE_DBUS=0
+        KINLET_PLUGIN_PATH=${sandbox}/plugins
+        LC_ALL=C.UTF-8
+        TZ=UTC
+        QTEST_FUNCTION_TIMEOUT=3600000
+        LSAN_OPTIONS=suppressions=${CMAKE_CURRENT_FUNCTION_LIST_DIR}/leaks.supp:print_suppressions=0
+        UBSAN_OPTIONS=print_stacktrace=1)
+endfunction()
+
+# kinlet_test(NAME [SOURCES file...] [LIBRARIES target...] [ENVIRONMENT variable=value...]
+#             [PACE factor] [TIMEOUT seconds])
+#
+# A QtTest program; without SOURCES its source is NAME.cpp. With PACE its clocks run that many times as
+# fast, so that a minute passes in seconds.
+function(kinlet_test name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACE;TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT")
+    if(NOT arg_SOURCES)
+        set(arg_SOURCES ${name}.cpp)
+    endif()
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    add_executable(${name} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PRIVATE
+        kinlet Qt${QT_VERSION_MAJOR}::Test ${arg_LIBRARIES})
+    target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
+    add_test(NAME ${name} COMMAND ${name})
+    kinlet_test_sandbox(${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
+    set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ${arg_ENVIRONMENT})
+    if(arg_PACE)
+        find_library(FAKETIME_LIBRARY NAMES libfaketimeMT.so.1 PATH_SUFFIXES faketime REQUIRED)
+        set(preload ${FAKETIME_LIBRARY})
+        if(KINLET_SANITIZE MATCHES address AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+            # The sanitizer insists on being the first library.
+            execute_process(COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+                OUTPUT_VARIABLE asan OUTPUT_STRIP_TRAILING_WHITESPACE)
+            set(preload "${asan} ${FAKETIME_LIBRARY}")
+        endif()
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT
+            "LD_PRELOAD=${preload}" "FAKETIME=+0 x${arg_PACE}")
+    endif()
+endfunction()
+
+# kinlet_test_plugin(NAME FOLDER file...)
+#
+# A plug-in file NAME.so in FOLDER below the current build folder.
+function(kinlet_test_plugin name folder)
+    add_library(${name} MODULE ${ARGN})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        PREFIX ""
+        LIBRARY_OUTPUT_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${folder})
+    target_link_libraries(${name} PRIVATE kinlet)
+    target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
+endfunction()
