@@ -11,6 +11,8 @@
 #include <QStringList>
 #include <QtEndian>
 
+#include <limits>
+
 namespace {
 
 // Far more than people nest, and far less than the stack holds.
@@ -32,7 +34,8 @@ int typeNamed(const char *name)
 using ValueMap = QVariantMap;
 using ValueHash = QVariantHash;
 constexpr int VariantPair = QMetaType::QVariantPair;
-// Since this version lengths of bit arrays have 64 bits, and Qt takes negative ones for possible.
+// Since this version lengths of bit arrays have 64 bits, and Qt reads to nowhere when their bytes
+// overflow.
 constexpr int LongBitArrays = QDataStream::Qt_6_0;
 
 int typeNamed(const char *name)
@@ -92,45 +95,67 @@ void readMap(QDataStream &in, Map &map)
 struct Header {
     /// The type as Qt numbers it today; 0 when the stream is too short for a container.
     int type = 0;
-    /// Type, the flag of a null value, and the name of a type that is told by its name.
-    QByteArray bytes;
+    /// Bytes of the type, of the flag of a null value, and of a type that is told by its name.
+    int size = 0;
 };
 
-quint32 numberAt(const QDataStream &in, const QByteArray &bytes, int offset)
+quint32 numberAt(const QDataStream &in, const char *bytes)
 {
-    const char *number = bytes.constData() + offset;
-    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(number)
-                                                    : qFromLittleEndian<quint32>(number);
+    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes)
+                                                    : qFromLittleEndian<quint32>(bytes);
 }
 
 Header peekHeader(QDataStream &in)
 {
     constexpr int PlainSize = 5;
     constexpr int NameOffset = PlainSize + 4;
-    const QByteArray start = in.device()->peek(NameOffset);
-    if (start.size() < NameOffset)
+    char start[NameOffset];
+    if (in.version() < QDataStream::Qt_4_2 || in.device()->peek(start, NameOffset) != NameOffset)
         return {};
-    const quint32 type = numberAt(in, start, 0);
+    const quint32 type = numberAt(in, start);
     if (type == 127 || type == 1024 || type == 65536) { // a user's type in Qt 4, Qt 5 and Qt 6
-        const quint32 length = numberAt(in, start, PlainSize);
+        const quint32 length = numberAt(in, start + PlainSize);
         if (length > in.device()->bytesAvailable())
             return {};
-        const QByteArray named = in.device()->peek(NameOffset + length);
-        return {typeNamed(named.mid(NameOffset).constData()), named};
+        const QByteArray name = in.device()->peek(NameOffset + length).mid(NameOffset);
+        return {typeNamed(name.constData()), NameOffset + int(length)};
     }
     const bool isMoved = in.version() < QDataStream::Qt_5_0 && type >= 128;
-    return {int(isMoved ? type - 97 : type), start.left(PlainSize)};
+    return {int(isMoved ? type - 97 : type), PlainSize};
 }
 
-bool isHostileBitArray(QDataStream &in, const Header &header)
+bool isOverflowingBitArray(QDataStream &in, const Header &header)
 {
     if (header.type != QMetaType::QBitArray || in.version() < LongBitArrays)
         return false;
-    StreamOf stream(in.device()->peek(header.bytes.size() + 8), in);
-    stream.skipRawData(header.bytes.size());
-    quint64 bits = 0;
+    StreamOf stream(in.device()->peek(header.size + 8), in);
+    stream.skipRawData(header.size);
+    qint64 bits = 0;
     stream >> bits;
-    return bits / 8 > quint64(in.device()->bytesAvailable());
+    return bits < 0 || bits > std::numeric_limits<qint64>::max() - 7;
+}
+
+// Easing curves end with two lists that Qt reserves memory for. That nobody keeps them in a record
+// does not keep a stream from holding them.
+bool isOversizedCurve(QDataStream &in, const Header &header)
+{
+    if (header.type != QMetaType::QEasingCurve || in.version() <= QDataStream::Qt_5_12)
+        return false;
+    StreamOf stream(in.device()->peek(in.device()->bytesAvailable()), in);
+    const int number = in.floatingPointPrecision() == QDataStream::SinglePrecision ? 4 : 8;
+    stream.skipRawData(header.size + 1 + 8); // type and function
+    bool hasSettings = false;
+    stream >> hasSettings;
+    stream.skipRawData(3 * number);
+    for (const int pointSize : {2 * number, 5 * number}) {
+        quint32 count = 0;
+        stream >> count;
+        const qint64 size = qint64(count) * pointSize;
+        if (size > stream.device()->bytesAvailable())
+            return hasSettings;
+        stream.skipRawData(int(size));
+    }
+    return false;
 }
 
 template <typename Container, typename Read>
@@ -139,13 +164,13 @@ void readContents(QDataStream &in, const Header &header, QVariant &value, Read r
     // Qt makes the empty container: it alone can set the flag of a null value, and it knows which
     // numbers mean a named type in this version.
     const QByteArray noContents(16, '\0');
-    StreamOf emptyOne(header.bytes + noContents, in);
+    StreamOf emptyOne(in.device()->peek(header.size) + noContents, in);
     emptyOne >> value;
     if (value.userType() != header.type) {
         in >> value;
         return;
     }
-    in.skipRawData(int(header.bytes.size()));
+    in.skipRawData(header.size);
     Container contents;
     read(in, contents);
     // Not through data(), with which Qt 6 takes the flag back.
@@ -155,9 +180,14 @@ void readContents(QDataStream &in, const Header &header, QVariant &value, Read r
 void readVariant(QDataStream &in, QVariant &value)
 {
     const Nesting nesting;
-    const Header header = in.version() < QDataStream::Qt_4_2 ? Header() : peekHeader(in);
-    if (nesting.isTooDeep() || isHostileBitArray(in, header)) {
+    const Header header = peekHeader(in);
+    if (nesting.isTooDeep() || isOverflowingBitArray(in, header)) {
         in.setStatus(QDataStream::ReadCorruptData);
+        return;
+    }
+    if (isOversizedCurve(in, header)) {
+        in.skipRawData(int(in.device()->bytesAvailable()));
+        in.setStatus(QDataStream::ReadPastEnd);
         return;
     }
     switch (header.type) {
