@@ -35,8 +35,9 @@ QString activityStatement()
 {
     return QStringLiteral(
         "INSERT INTO activities (id, type, owner, parent, boosted, text, time, url, media, edited, "
-        "change) SELECT ?, ?, ?, ?, ?, ?, ?, ?, ?, next, next FROM "
-        "(SELECT COALESCE(MAX(change), 0) + 1 AS next FROM activities) WHERE TRUE "
+        "change) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, "
+        "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities), "
+        "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities)) "
         "ON CONFLICT (id) DO UPDATE SET "
         "type = excluded.type, "
         "parent = COALESCE(NULLIF(excluded.parent, ''), parent), "

@@ -5,19 +5,26 @@
 
 #include "database.h"
 
+#include <QFileInfo>
+
 namespace {
 
 // "Knlt"
 constexpr int ApplicationId = 0x4b6e6c74;
+constexpr qint64 LargestChecked = 64 * 1024 * 1024;
 
 // The number of migrations that the file has seen.
 int checkedVersion(Database &database, int newest)
 {
-    const int application = database.value(QStringLiteral("PRAGMA application_id")).toInt();
-    const int version = database.value(QStringLiteral("PRAGMA user_version")).toInt();
+    // In one statement: another process may be making the journal just now.
+    QSqlQuery row = database.run(QStringLiteral("SELECT application_id, user_version, "
+                                                "(SELECT COUNT(*) FROM sqlite_master) "
+                                                "FROM pragma_application_id, pragma_user_version"));
+    row.next();
+    const int application = row.value(0).toInt();
+    const int version = row.value(1).toInt();
     // A file without anything in it is what a process leaves that died at the wrong moment.
-    const bool empty =
-        database.value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master")).toInt() == 0;
+    const bool empty = row.value(2).toInt() == 0;
     if (application != ApplicationId && !(application == 0 && version == 0 && empty))
         throw StoreError{
             StoreError::Damaged,
@@ -31,6 +38,19 @@ int checkedVersion(Database &database, int newest)
                 .arg(version)
                 .arg(newest)};
     return version;
+}
+
+// Finds damage before anything is written next to it. In a large file, which would take too long to
+// check, it shows when somebody comes across it.
+void checkPages(Database &database)
+{
+    if (QFileInfo(database.path()).size() > LargestChecked)
+        return;
+    const QString result = database.value(QStringLiteral("PRAGMA quick_check(1)")).toString();
+    if (result != QLatin1String("ok"))
+        throw StoreError{StoreError::Damaged,
+                         QStringLiteral("The journal %1 is damaged: %2")
+                             .arg(database.path(), result.simplified())};
 }
 
 }
@@ -80,18 +100,18 @@ const Migrations &journalMigrations()
 void prepareSchema(Database &database, const Migrations &migrations)
 {
     const int newest = int(migrations.size());
-    if (checkedVersion(database, newest) == newest)
+    const int found = checkedVersion(database, newest);
+    checkPages(database);
+    if (found == newest)
         return;
-    {
-        // Again: another process may have been faster. The application id comes with the first
-        // table, so that no process ever takes a half-made journal for another program's file.
-        Transaction transaction(database, Transaction::Soon);
-        for (int version = checkedVersion(database, newest); version < newest; ++version) {
-            for (const QString &statement : migrations.at(version))
-                database.run(statement);
-            database.run(QStringLiteral("PRAGMA user_version = %1").arg(version + 1));
-        }
-        database.run(QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId));
-        transaction.commit();
+    // Again: another process may have been faster. The application id comes with the first table,
+    // so that no process ever takes a half-made journal for another program's file.
+    Transaction transaction(database, Transaction::Soon);
+    for (int version = checkedVersion(database, newest); version < newest; ++version) {
+        for (const QString &statement : migrations.at(version))
+            database.run(statement);
+        database.run(QStringLiteral("PRAGMA user_version = %1").arg(version + 1));
     }
+    database.run(QStringLiteral("PRAGMA application_id = %1").arg(ApplicationId));
+    transaction.commit();
 }

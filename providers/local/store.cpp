@@ -107,9 +107,9 @@ QString Store::addActivity(SocialActivity::Type type, const QString &text, const
     const QString id =
         QStringLiteral("local:") + QUuid::createUuid().toString(QUuid::WithoutBraces);
     file.run(QStringLiteral("INSERT INTO activities (id, type, owner, parent, boosted, text, time, "
-                            "url, media, edited, change) "
-                            "SELECT ?, ?, ?, ?, '', ?, ?, '', '', next, next FROM "
-                            "(SELECT COALESCE(MAX(change), 0) + 1 AS next FROM activities)"),
+                            "url, media, edited, change) VALUES (?, ?, ?, ?, '', ?, ?, '', '', "
+                            "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities), "
+                            "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities))"),
              {id, int(type), Journal::Me, parent, text, QDateTime::currentMSecsSinceEpoch()});
     markChanged(parent);
     return id;
