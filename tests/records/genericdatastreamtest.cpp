@@ -340,6 +340,6 @@ void GenericDataStreamTest::keepsNullContainers()
     QCOMPARE(written(record).toHex(), bytes.toHex());
 }
 
-QTEST_APPLESS_MAIN(GenericDataStreamTest)
+QTEST_GUILESS_MAIN(GenericDataStreamTest)
 
 #include "genericdatastreamtest.moc"

@@ -293,6 +293,6 @@ void GenericDataTest::outlivesItsSource()
     QCOMPARE(copy.properties(), properties);
 }
 
-QTEST_APPLESS_MAIN(GenericDataTest)
+QTEST_GUILESS_MAIN(GenericDataTest)
 
 #include "genericdatatest.moc"

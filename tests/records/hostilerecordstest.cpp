@@ -244,6 +244,6 @@ void HostileRecordsTest::survivesLongBitArrays()
     QCOMPARE(copy.variantProperty(QStringLiteral("X")).toBitArray(), bits);
 }
 
-QTEST_APPLESS_MAIN(HostileRecordsTest)
+QTEST_GUILESS_MAIN(HostileRecordsTest)
 
 #include "hostilerecordstest.moc"

@@ -228,6 +228,6 @@ void SameAsQtTest::readsAfterErrors()
     }
 }
 
-QTEST_APPLESS_MAIN(SameAsQtTest)
+QTEST_GUILESS_MAIN(SameAsQtTest)
 
 #include "sameasqttest.moc"

@@ -203,6 +203,6 @@ void TypedRecordsTest::numberTheTypesOfActivities()
     QCOMPARE(int(SocialActivity::AnyType), 4);
 }
 
-QTEST_APPLESS_MAIN(TypedRecordsTest)
+QTEST_GUILESS_MAIN(TypedRecordsTest)
 
 #include "typedrecordstest.moc"

@@ -114,6 +114,6 @@ void TypeRegistrationTest::streamsValues()
     QCOMPARE(written(copy, QDataStream::Qt_5_15), bytes);
 }
 
-QTEST_APPLESS_MAIN(TypeRegistrationTest)
+QTEST_GUILESS_MAIN(TypeRegistrationTest)
 
 #include "typeregistrationtest.moc"

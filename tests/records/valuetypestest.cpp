@@ -265,6 +265,6 @@ void ValueTypesTest::numberTheTimelines()
     QCOMPARE(int(KinletTimeline::Custom), 6);
 }
 
-QTEST_APPLESS_MAIN(ValueTypesTest)
+QTEST_GUILESS_MAIN(ValueTypesTest)
 
 #include "valuetypestest.moc"

@@ -131,6 +131,6 @@ void KinletErrorTest::readsForeignTypes()
     QCOMPARE(int(error.type()), 0x7fffffff);
 }
 
-QTEST_APPLESS_MAIN(KinletErrorTest)
+QTEST_GUILESS_MAIN(KinletErrorTest)
 
 #include "kinleterrortest.moc"
