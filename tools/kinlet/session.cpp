@@ -187,6 +187,8 @@ void Session::run(QEventLoop &loop, int milliseconds)
         return;
     QTimer limit;
     limit.setSingleShot(true);
+    // The others may strike up to a twentieth early.
+    limit.setTimerType(Qt::PreciseTimer);
     QObject::connect(&limit, &QTimer::timeout, &loop, &QEventLoop::quit);
     QObject::connect(&interrupt, &Interrupt::occurred, &loop, &QEventLoop::quit);
     if (milliseconds >= 0)
