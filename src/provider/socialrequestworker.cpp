@@ -14,7 +14,6 @@
 #include <QIODevice>
 #include <QMap>
 #include <QMultiHash>
-#include <QPair>
 #include <QPointer>
 #include <QSharedPointer>
 #include <QTimer>
@@ -60,6 +59,35 @@ constexpr int TimeoutSeconds = 60;
 constexpr int TimeoutMilliseconds = TimeoutSeconds * 1000 + 1;
 constexpr int DeletionMilliseconds = 60000;
 
+struct Dispatch {
+    QSharedPointer<KinletInterface> provider;
+    QPointer<SocialDataRequest> copy;
+};
+
+// For walks during which the job may go.
+QList<Dispatch> dispatchesOf(const SocialRequestJob &job)
+{
+    QList<Dispatch> dispatches;
+    for (SocialDataRequest *copy : job.copies) {
+        if (const QSharedPointer<KinletInterface> provider = job.copyProviders.value(copy))
+            dispatches.append({provider, copy});
+    }
+    return dispatches;
+}
+
+// Accounts that no provider claims are left out.
+QMultiHash<QString, QString> accountsByProvider(const KinletManager *manager,
+                                                const QStringList &accountIds)
+{
+    QMultiHash<QString, QString> accounts;
+    for (const QString &accountId : accountIds) {
+        const QString name = manager->providerNameFromAccountId(accountId);
+        if (!name.isEmpty())
+            accounts.insert(name, accountId);
+    }
+    return accounts;
+}
+
 }
 
 SocialRequestWorker::SocialRequestWorker(QObject *parent)
@@ -79,17 +107,11 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
 
     const KinletManager *manager = KinletManager::instance();
     const QStringList filter = request->performOnAccountsFilter();
-    QMultiHash<QString, QString> accountsByProvider;
-    for (const QString &accountId : filter) {
-        const QString name = manager->providerNameFromAccountId(accountId);
-        if (!name.isEmpty())
-            accountsByProvider.insert(name, accountId);
-    }
+    const QMultiHash<QString, QString> owned = accountsByProvider(manager, filter);
     const QList<QString> names =
-        filter.isEmpty() ? manager->allProviderNames() : accountsByProvider.uniqueKeys();
+        filter.isEmpty() ? manager->allProviderNames() : owned.uniqueKeys();
 
     auto *job = new SocialRequestJob{{}, {}, request, QDateTime::currentDateTime(), false, true};
-    QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> dispatches;
     for (const QString &name : names) {
         if (!manager->hasProvider(name))
             continue;
@@ -102,38 +124,41 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
             return false;
         }
         if (!filter.isEmpty())
-            copy->setPerformOnAccountsFilter(accountsByProvider.values(name));
-        const QSharedPointer<KinletInterface> provider = manager->provider(name);
+            copy->setPerformOnAccountsFilter(owned.values(name));
         job->copies.append(copy);
         d->jobsByCopy.insert(copy, job);
-        dispatches.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
-        job->copyProviders.insert(copy, provider);
+        job->copyProviders.insert(copy, manager->provider(name));
         connect(copy, SIGNAL(finished(SocialDataRequest *)), this,
                 SLOT(requestFinished(SocialDataRequest *)));
     }
     d->jobsByRequest.insert(request, job);
     connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
+    startProviders(job);
+    return true;
+}
 
-    for (const auto &dispatch : std::as_const(dispatches)) {
+void SocialRequestWorker::startProviders(SocialRequestJob *job)
+{
+    const QPointer<SocialRequestWorker> self(this);
+    const QList<Dispatch> dispatches = dispatchesOf(*job);
+    for (const Dispatch &dispatch : dispatches) {
         // A provider that blocks for a minute ends the job before the others are asked: their
         // copies are about to be deleted then, if they are not gone already.
-        if (!d->isOpen(job))
+        if (!d->isOpen(job) || !dispatch.copy)
             break;
-        dispatch.first->performRequest(dispatch.second);
+        dispatch.provider->performRequest(dispatch.copy);
         if (!self)
-            return true;
+            return;
     }
-
-    if (d->isOpen(job)) {
-        const bool completed = processResults(job);
-        if (!self)
-            return true;
-        if (completed || d->deleteQueue.contains(job))
-            deleteJob(job);
-        else if (d->isOpen(job))
-            d->startTimeout(this, TimeoutMilliseconds);
-    }
-    return true;
+    if (!d->isOpen(job))
+        return;
+    const bool completed = processResults(job);
+    if (!self)
+        return;
+    if (completed || d->deleteQueue.contains(job))
+        deleteJob(job);
+    else if (d->isOpen(job))
+        d->startTimeout(this, TimeoutMilliseconds);
 }
 
 bool SocialRequestWorker::cancelRequest(SocialDataRequest *request)
@@ -216,15 +241,11 @@ void SocialRequestWorker::timeoutElapsed()
     for (SocialRequestJob *job : jobs) {
         if (!d->isOpen(job) || job->startTime.secsTo(now) < TimeoutSeconds)
             continue;
-        QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> overdue;
-        for (SocialDataRequest *copy : std::as_const(job->copies)) {
-            if (const QSharedPointer<KinletInterface> provider = job->copyProviders.value(copy))
-                overdue.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
-        }
-        for (const auto &entry : std::as_const(overdue)) {
-            if (!entry.second || entry.second->status() == SocialDataRequest::Finished)
+        const QList<Dispatch> dispatches = dispatchesOf(*job);
+        for (const Dispatch &dispatch : dispatches) {
+            if (!dispatch.copy || dispatch.copy->status() == SocialDataRequest::Finished)
                 continue;
-            entry.first->cancelRequest(entry.second);
+            dispatch.provider->cancelRequest(dispatch.copy);
             if (!self)
                 return;
         }
