@@ -108,7 +108,7 @@ SocialNetworkPerson person(const QSqlQuery &row)
     setText(person, SocialNetworkPerson::AboutMe, row.value(Summary).toString());
     setText(person, SocialNetworkPerson::ProfileLink, row.value(Url).toString());
     if (!avatar.isEmpty())
-        person.setProperty(SocialNetworkPerson::AvatarList, QStringList(avatar));
+        person.setProperty(SocialNetworkPerson::AvatarList, QVariantList{avatar});
     return person;
 }
 
