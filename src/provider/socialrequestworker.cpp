@@ -18,7 +18,6 @@
 #include <QSharedPointer>
 #include <QTimer>
 
-#include <algorithm>
 #include <utility>
 
 // Everything a job calls may delete what it likes: the caller's request, providers, the manager and
@@ -35,10 +34,12 @@ struct SocialRequestJob {
 
 class SocialRequestWorkerPrivate {
 public:
-    bool isOpen(SocialRequestJob *job) const
+    // Asked with the request, since the job itself may be gone.
+    bool isOpen(SocialDataRequest *caller, SocialRequestJob *job) const
     {
-        return std::find(jobsByRequest.cbegin(), jobsByRequest.cend(), job) != jobsByRequest.cend();
+        return jobsByRequest.contains(caller, job);
     }
+    bool isQueued(SocialRequestJob *job) const { return queueNumbers.contains(job); }
     void startTimeout(SocialRequestWorker *worker, int milliseconds)
     {
         ++timeoutsDue;
@@ -49,6 +50,10 @@ public:
     // A request that is performed again before it has ended has several jobs.
     QMultiHash<SocialDataRequest *, SocialRequestJob *> jobsByRequest;
     QList<SocialRequestJob *> deleteQueue;
+    // Where jobs stand in the queue, counted from the first that was ever in it: the queue holds
+    // all jobs of a minute, too many to be searched.
+    QHash<SocialRequestJob *, qint64> queueNumbers;
+    qint64 takenFromQueue = 0;
     int timeoutsDue = 0;
 };
 
@@ -140,24 +145,25 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
 void SocialRequestWorker::startProviders(SocialRequestJob *job)
 {
     const QPointer<SocialRequestWorker> self(this);
+    SocialDataRequest *const caller = job->callerRequest;
     const QList<Dispatch> dispatches = dispatchesOf(*job);
     for (const Dispatch &dispatch : dispatches) {
         // A provider that blocks for a minute ends the job before the others are asked: their
         // copies are about to be deleted then, if they are not gone already.
-        if (!d->isOpen(job) || !dispatch.copy)
+        if (!d->isOpen(caller, job) || !dispatch.copy)
             break;
         dispatch.provider->performRequest(dispatch.copy);
         if (!self)
             return;
     }
-    if (!d->isOpen(job))
+    if (!d->isOpen(caller, job))
         return;
     const bool completed = processResults(job);
     if (!self)
         return;
-    if (completed || d->deleteQueue.contains(job))
+    if (completed || d->isQueued(job))
         deleteJob(job);
-    else if (d->isOpen(job))
+    else if (d->isOpen(caller, job))
         d->startTimeout(this, TimeoutMilliseconds);
 }
 
@@ -228,7 +234,7 @@ void SocialRequestWorker::requestFinished(SocialDataRequest *request)
     const bool completed = processResults(job);
     // A slot on the caller's request may have let another answer complete the job meanwhile: then
     // it is in the queue, and asked for again it moves to its end.
-    if (self && (completed || d->deleteQueue.contains(job)))
+    if (self && (completed || d->isQueued(job)))
         deleteJob(job);
 }
 
@@ -237,9 +243,10 @@ void SocialRequestWorker::timeoutElapsed()
     d->timeoutsDue = qMax(0, d->timeoutsDue - 1);
     const QPointer<SocialRequestWorker> self(this);
     const QDateTime now = QDateTime::currentDateTime();
-    const QList<SocialRequestJob *> jobs = d->jobsByRequest.values();
-    for (SocialRequestJob *job : jobs) {
-        if (!d->isOpen(job) || job->startTime.secsTo(now) < TimeoutSeconds)
+    const auto jobs = d->jobsByRequest;
+    for (auto entry = jobs.cbegin(); entry != jobs.cend(); ++entry) {
+        SocialRequestJob *const job = entry.value();
+        if (!d->isOpen(entry.key(), job) || job->startTime.secsTo(now) < TimeoutSeconds)
             continue;
         const QList<Dispatch> dispatches = dispatchesOf(*job);
         for (const Dispatch &dispatch : dispatches) {
@@ -249,7 +256,7 @@ void SocialRequestWorker::timeoutElapsed()
             if (!self)
                 return;
         }
-        if (d->isOpen(job))
+        if (d->isOpen(entry.key(), job))
             processResults(job);
         if (!self)
             return;
@@ -278,9 +285,10 @@ void SocialRequestWorker::onRequestDisposed(QObject *object)
 
 void SocialRequestWorker::deleteJob(SocialRequestJob *job)
 {
-    const auto earlier = d->deleteQueue.indexOf(job);
-    if (earlier >= 0)
-        d->deleteQueue[earlier] = nullptr;
+    const auto earlier = d->queueNumbers.constFind(job);
+    if (earlier != d->queueNumbers.constEnd())
+        d->deleteQueue[int(*earlier - d->takenFromQueue)] = nullptr;
+    d->queueNumbers.insert(job, d->takenFromQueue + d->deleteQueue.size());
     d->deleteQueue.append(job);
     QTimer::singleShot(DeletionMilliseconds, Qt::PreciseTimer, this, SLOT(onDeferredDelete()));
 }
@@ -290,8 +298,10 @@ void SocialRequestWorker::onDeferredDelete()
     if (d->deleteQueue.isEmpty())
         return;
     SocialRequestJob *job = d->deleteQueue.takeFirst();
+    ++d->takenFromQueue;
     if (!job)
         return;
+    d->queueNumbers.remove(job);
     for (SocialDataRequest *copy : std::as_const(job->copies)) {
         // Only copies that were made but never started are still entered.
         d->jobsByCopy.remove(copy);
