@@ -33,6 +33,7 @@ private Q_SLOTS:
 
     void managerEndsInsideItsSignal_data();
     void managerEndsInsideItsSignal();
+    void managerEndsInsidePersonsUpdate();
     void managerEndsInsideInitialized_data();
     void managerEndsInsideInitialized();
     void managerEndsWhileAProviderIsAdded_data();
@@ -88,6 +89,16 @@ void ManagerLifetimeTest::managerEndsInsideItsSignal()
     QVERIFY(events.last().startsWith(endAt));
     // Nothing comes from a manager that has ended.
     QCOMPARE(events.size(), endAt == QLatin1String("ended") ? 2 : 1);
+    runDeferredDeletes();
+}
+
+void ManagerLifetimeTest::managerEndsInsidePersonsUpdate()
+{
+    auto *provider = ScriptedProvider::add(a);
+    const QPointer<KinletManager> guard(manager());
+    connect(guard, &KinletManager::personsUpdate, this, &KinletManager::cleanupInstance);
+    Q_EMIT provider->personsUpdate({SocialNetworkPerson()}, {});
+    QVERIFY(!guard);
     runDeferredDeletes();
 }
 
