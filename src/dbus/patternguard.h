@@ -6,6 +6,12 @@
 #include <QRegExp>
 #include <QString>
 
-/// Whether QRegExp can compile the pattern in bounded time, memory and stack: at most 1,000
-/// characters, groups nested at most 20 deep, repetition bounds that multiply to at most 1,000.
-bool isSafePattern(const QString &pattern, QRegExp::PatternSyntax syntax);
+#include <optional>
+
+/**
+ * What it costs QRegExp to compile the pattern: about the number of states and of pairs of them
+ * that it keeps. Nothing if it cannot be trusted with the pattern: one of more than 1,000
+ * characters, with groups nested deeper than 20 or with repetition bounds that multiply to more
+ * than 1,000.
+ */
+std::optional<qint64> patternCost(const QString &pattern, QRegExp::PatternSyntax syntax);

@@ -16,6 +16,7 @@ namespace {
 
 constexpr int DeepestNesting = 64;
 constexpr int MostPatterns = 1000;
+constexpr qint64 HighestPatternCost = 2000000;
 
 // Bytes of the shortest element of each kind.
 constexpr int SmallestText = 4;
@@ -40,6 +41,16 @@ int typeId(const char *name)
 #endif
 }
 
+// The number since Qt 5 of a type that has that one in an older stream; -1 if none had it.
+int typeBeforeQt5(int type)
+{
+    if (type == UserTypeBeforeQt5)
+        return UserType;
+    if (type >= UserType)
+        return -1;
+    return type >= FirstMovedTypeBeforeQt5 ? type - MovedBy : type;
+}
+
 // Reads a value of that type and drops it; false if the type cannot be streamed.
 bool readValue(QDataStream &in, int type)
 {
@@ -50,6 +61,13 @@ bool readValue(QDataStream &in, int type)
     QVariant value{QMetaType(type)};
     return QMetaType(type).load(in, value.data());
 #endif
+}
+
+// A type that is registered may still have no operators.
+bool canBeRead(int type)
+{
+    QDataStream nothing{QByteArray()};
+    return readValue(nothing, type);
 }
 
 // Follows Qt's readers step by step. Like them it goes on after a short or corrupt field, with the
@@ -109,13 +127,14 @@ private:
     bool value(int type, int depth);
     bool namedValue(const QByteArray &name, int depth);
     bool ownValue(const QByteArray &name, int depth);
-    bool registeredValue(int type);
+    void registeredValue(int type);
 
     const QByteArray &m_bytes;
     const int m_version;
     int m_position = 0;
     int m_unsafeAt = -1;
     int m_patterns = 0;
+    qint64 m_patternCost = 0;
     QDataStream::Status m_status = QDataStream::Ok;
 };
 
@@ -242,9 +261,8 @@ void Walk::timeZone()
         text();
     }
     // Qt opens the file of that name.
-    if (id.contains(QLatin1String(".."))) {
+    if (id.contains(QLatin1String("..")))
         unsafe(at);
-    }
 }
 
 void Walk::pattern()
@@ -256,9 +274,10 @@ void Walk::pattern()
     skip(sizeof(quint8));
     QString pattern(units.size() / 2, Qt::Uninitialized);
     qFromBigEndian<quint16>(units.constData(), pattern.size(), pattern.data());
-    if (++m_patterns > MostPatterns || !isSafePattern(pattern, syntax)) {
+    const auto cost = patternCost(pattern, syntax);
+    m_patternCost += cost.value_or(0);
+    if (++m_patterns > MostPatterns || !cost || m_patternCost > HighestPatternCost)
         unsafe(at);
-    }
 }
 
 void Walk::patterns()
@@ -279,14 +298,8 @@ void Walk::variant(int depth)
     const int at = m_position;
     auto type = int(number<quint32>());
     skip(sizeof(qint8));
-    if (!goesOn())
-        return;
-    if (m_version < QDataStream::Qt_5_0) {
-        if (type == UserTypeBeforeQt5)
-            type = UserType;
-        else if (type >= FirstMovedTypeBeforeQt5 && type < UserType)
-            type -= MovedBy;
-    }
+    if (m_version < QDataStream::Qt_5_0)
+        type = typeBeforeQt5(type);
     const bool known = depth <= DeepestNesting
         && (type == UserType ? namedValue(byteArray(), depth) : value(type, depth));
     if (!known)
@@ -358,6 +371,9 @@ bool Walk::value(int type, int depth)
         map(SmallestVariant, [=] { variant(depth + 1); });
         break;
     case RegExpType:
+        // Qt 6 knows it only once somebody has registered it.
+        if (typeId("QRegExp") == QMetaType::UnknownType)
+            return false;
         pattern();
         break;
     default:
@@ -392,39 +408,38 @@ bool Walk::ownValue(const QByteArray &name, int depth)
 
 bool Walk::namedValue(const QByteArray &name, int depth)
 {
-    // Up to the null byte that ends it in the stream.
-    const char *const text = name.constData();
-    const int type = typeId(text);
+    // A copy, for the null byte at its end: the stream may have none.
+    const int type = typeId(QByteArray(name.constData(), name.size()).constData());
     if (type == QMetaType::UnknownType)
         return false;
     if (type < QMetaType::User)
         return value(type, depth);
-    const QByteArray plainName(text);
-    if (plainName == "QRegExp") {
+    if (!canBeRead(type))
+        return false;
+    // The type may have several names.
+    const QByteArray ownName = QMetaType(type).name();
+    if (ownName == "QRegExp") {
         pattern();
-        return true;
-    }
-    if (ownValue(plainName, depth))
-        return true;
-    if (plainName == "QList<Media>") {
+    } else if (ownName == "QList<Media>") {
         elements(SmallestMedia, [this] { media(); });
-        return true;
+    } else if (ownName.contains('<')) {
+        // Qt's readers of other containers trust any count.
+        return false;
+    } else if (!ownValue(ownName, depth)) {
+        registeredValue(type);
     }
-    // Qt's readers of other containers trust any count.
-    return !plainName.contains('<') && registeredValue(type);
+    return true;
 }
 
 // Only the type itself knows its form.
-bool Walk::registeredValue(int type)
+void Walk::registeredValue(int type)
 {
     QDataStream in(QByteArray::fromRawData(m_bytes.constData() + m_position, left()));
     in.setVersion(m_version);
-    if (!readValue(in, type))
-        return false;
-    skip(int(in.device()->pos()));
-    if (in.status() != QDataStream::Ok)
-        fail(in.status());
-    return true;
+    in.setStatus(m_status);
+    readValue(in, type);
+    m_position += int(in.device()->pos());
+    m_status = in.status();
 }
 
 void Walk::record(int depth)

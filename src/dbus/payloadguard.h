@@ -13,9 +13,9 @@
  * Unsafe are: counts of more elements than the bytes that are left could hold; values nested deeper
  * than 64 levels; values of types other than basic ones, their lists and maps, dates, times, URLs
  * and types that are registered; patterns that are too much for QRegExp (dbus/patternguard.h),
- * which compiles them while it reads, and more than 1,000 of them; time specs that Qt does not
- * know, which Qt 5 reads into a value that crashes later, and names of time zones that leave the
- * folder of the zones.
+ * which compiles them while it reads, more than 1,000 of them, and those that together cost more
+ * than 2,000,000; time specs that Qt does not know, which Qt 5 reads into a value that crashes
+ * later, and names of time zones that leave the folder of the zones.
  */
 
 /// For the stream form of a request of that kind (SocialDataRequest::Type).
