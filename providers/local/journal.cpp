@@ -26,7 +26,7 @@ constexpr int AccountPresent = 1;
 QString loginName()
 {
     const passwd *user = getpwuid(getuid());
-    return user ? QString::fromLocal8Bit(user->pw_name) : QString::number(getuid());
+    return user ? QString::fromUtf8(user->pw_name) : QString::number(getuid());
 }
 
 QVariant actionTexts(KinletAction::Action action, const QString &icon, const QString &label,
@@ -53,7 +53,7 @@ QString fullName()
 {
     const passwd *user = getpwuid(getuid());
     const QString name =
-        user ? QString::fromLocal8Bit(user->pw_gecos).section(QLatin1Char(','), 0, 0) : QString();
+        user ? QString::fromUtf8(user->pw_gecos).section(QLatin1Char(','), 0, 0) : QString();
     return name.trimmed().isEmpty() ? loginName() : name.trimmed();
 }
 
@@ -80,9 +80,8 @@ SocialService service()
     return service;
 }
 
-SocialServiceAccount account()
+SocialServiceAccount account(const QString &name)
 {
-    const QString name = fullName();
     SocialServiceAccount account;
     account.setProperty(SocialServiceAccount::Id, Id);
     account.setProperty(SocialServiceAccount::Description, name);

@@ -18,6 +18,7 @@ extern const QString Me;
 QString fullName();
 
 SocialService service();
-SocialServiceAccount account();
+/// The account as it is called in the journal.
+SocialServiceAccount account(const QString &name);
 
 }

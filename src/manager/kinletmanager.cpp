@@ -50,6 +50,17 @@ KinletManagerPrivate::~KinletManagerPrivate()
     delete pluginRepository;
 }
 
+QSharedPointer<KinletInterface> KinletManagerPrivate::pluginHandle(const QString &id) const
+{
+    KinletInterface *const plugin = pluginRepository->kinletPlugin(id);
+    // One that is registered already must not get a second owner.
+    for (const auto &registered : providers) {
+        if (registered == plugin)
+            return registered;
+    }
+    return sharedHandle(plugin);
+}
+
 KinletManager *KinletManager::instance_ = nullptr;
 
 KinletManager *KinletManager::instance()
@@ -84,13 +95,16 @@ KinletManager::KinletManager(QObject *parent, KinletManager **self)
     const QStringList ids = d->pluginRepository->validPlugins();
     bool ready = ids.isEmpty();
     for (const QString &id : ids) {
-        const auto provider = sharedHandle(d->pluginRepository->kinletPlugin(id));
+        const auto provider = d->pluginHandle(id);
+        if (!provider)
+            continue;
         // Before it is asked: it may answer at once.
-        d->pendingProviders.append(provider ? providerName(provider.data()) : QString());
+        const QString name = providerName(provider.data());
+        d->pendingProviders.append(name);
         if (addProvider(provider))
             ready = true;
         else
-            d->pendingProviders.removeLast();
+            d->pendingProviders.removeOne(name);
     }
     d->collecting = false;
     // Not emitted: nobody is connected yet. If there were plug-ins but no provider among them,
@@ -169,7 +183,7 @@ void KinletManager::performRequest(SocialDataRequest *request,
 
 void KinletManager::onPluginLoaded(const QString &pluginId)
 {
-    addProvider(sharedHandle(d->pluginRepository->kinletPlugin(pluginId)));
+    addProvider(d->pluginHandle(pluginId));
 }
 
 void KinletManager::onPluginRemoved(const QString &name)

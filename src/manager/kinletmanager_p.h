@@ -18,6 +18,9 @@ class KinletManagerPrivate {
 public:
     ~KinletManagerPrivate();
 
+    /// The repository's plug-in of that id as a provider; null if it is none.
+    QSharedPointer<KinletInterface> pluginHandle(const QString &id) const;
+
     SocialPluginRepository *pluginRepository = nullptr;
     SocialRequestWorker requestWorker{nullptr};
     QHash<QString, QSharedPointer<KinletInterface>> providers;

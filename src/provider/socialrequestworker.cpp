@@ -115,6 +115,10 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
     connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
 
     for (const auto &dispatch : std::as_const(dispatches)) {
+        // A provider that blocks for a minute ends the job before the others are asked: their
+        // copies are about to be deleted then, if they are not gone already.
+        if (!d->isOpen(job))
+            break;
         dispatch.first->performRequest(dispatch.second);
         if (!self)
             return true;
@@ -240,9 +244,9 @@ void SocialRequestWorker::timeoutElapsed()
 
 void SocialRequestWorker::onRequestDisposed(QObject *object)
 {
-    // Compared as a pointer only: the object is no request any more.
+    // Compared as a pointer only: the object is no request any more, and must not be cast to one.
     const QList<SocialRequestJob *> jobs =
-        d->jobsByRequest.values(static_cast<SocialDataRequest *>(object));
+        d->jobsByRequest.values(reinterpret_cast<SocialDataRequest *>(object));
     for (SocialRequestJob *job : jobs) {
         if (!job->callerAlive)
             continue;

@@ -4,40 +4,75 @@
 #include "records/streamreading_p.h"
 
 #include <QHash>
+#include <QIODevice>
 #include <QMultiHash>
 #include <QMultiMap>
+#include <QPair>
 #include <QStringList>
 #include <QtEndian>
+
+#include <limits>
 
 namespace {
 
 // Far more than people nest, and far less than the stack holds.
 constexpr int DeepestNesting = 500;
-// A type id and the flag that tells a null value.
-constexpr int SmallestVariant = 5;
 
-// Qt 5 keeps every value of a repeated key, Qt 6 the last one.
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
-void insert(QMap<QString, QVariant> &map, const QString &key, const QVariant &value)
+// Qt 5 keeps every value of a repeated key, Qt 6 the last one.
+using ValueMap = QMultiMap<QString, QVariant>;
+using ValueHash = QMultiHash<QString, QVariant>;
+// Qt 5 has no type for pairs of values and trusts no length of bits.
+constexpr int VariantPair = -1;
+constexpr int LongBitArrays = QDataStream::Qt_DefaultCompiledVersion + 1;
+
+int typeNamed(const char *name)
 {
-    static_cast<QMultiMap<QString, QVariant> &>(map).insert(key, value);
-}
-void insert(QHash<QString, QVariant> &hash, const QString &key, const QVariant &value)
-{
-    static_cast<QMultiHash<QString, QVariant> &>(hash).insert(key, value);
+    return QMetaType::type(name);
 }
 #else
-template <typename Map>
-void insert(Map &map, const QString &key, const QVariant &value)
+using ValueMap = QVariantMap;
+using ValueHash = QVariantHash;
+constexpr int VariantPair = QMetaType::QVariantPair;
+// Since this version lengths of bit arrays have 64 bits, and Qt reads to nowhere when their bytes
+// overflow.
+constexpr int LongBitArrays = QDataStream::Qt_6_0;
+
+int typeNamed(const char *name)
 {
-    map.insert(key, value);
+    return QMetaType::fromName(name).id();
 }
 #endif
 
-void readVariant(QDataStream &in, QVariant &value, int depth);
+// Counts the levels of values inside values, those inside an application's own types included.
+class Nesting {
+public:
+    Nesting() { ++depth; }
+    ~Nesting() { --depth; }
+    Q_DISABLE_COPY(Nesting)
+
+    bool isTooDeep() const { return depth > DeepestNesting; }
+
+private:
+    static thread_local int depth;
+};
+
+thread_local int Nesting::depth = 0;
+
+// Starts with the same settings as another stream.
+class StreamOf : public QDataStream {
+public:
+    StreamOf(const QByteArray &bytes, const QDataStream &other) : QDataStream(bytes)
+    {
+        setByteOrder(other.byteOrder());
+        setVersion(other.version());
+    }
+};
+
+void readVariant(QDataStream &in, QVariant &value);
 
 template <typename Map>
-void readMap(QDataStream &in, Map &map, int depth)
+void readMap(QDataStream &in, Map &map)
 {
     const QtPrivate::StreamStateSaver earlierError(&in);
     map.clear();
@@ -47,73 +82,149 @@ void readMap(QDataStream &in, Map &map, int depth)
         QString key;
         QVariant value;
         in >> key;
-        readVariant(in, value, depth);
+        readVariant(in, value);
         if (in.status() != QDataStream::Ok) {
             map.clear();
             return;
         }
-        insert(map, key, value);
+        map.insert(key, value);
     }
 }
 
-// The type of the container of values that comes next, or UnknownType for anything that Qt can be
-// left to read: other types, and empty containers, which may carry the flag of a null value.
-int nextContainer(QDataStream &in)
+/// What stands before the contents of a value.
+struct Header {
+    /// The type as Qt numbers it today; 0 when the stream is too short for a container.
+    int type = 0;
+    /// Bytes of the type, of the flag of a null value, and of a type that is told by its name.
+    int size = 0;
+};
+
+quint32 numberAt(const QDataStream &in, const char *bytes)
 {
-    constexpr int countOffset = SmallestVariant;
-    constexpr int headerSize = countOffset + 4;
-    char header[headerSize];
-    if (in.version() < QDataStream::Qt_4_2 || !in.device()
-        || in.device()->peek(header, headerSize) != headerSize)
-        return QMetaType::UnknownType;
-    const bool bigEndian = in.byteOrder() == QDataStream::BigEndian;
-    const auto number = [&](int offset) {
-        return bigEndian ? qFromBigEndian<quint32>(header + offset)
-                         : qFromLittleEndian<quint32>(header + offset);
-    };
-    return number(countOffset) == 0 ? int(QMetaType::UnknownType) : int(number(0));
+    return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes)
+                                                    : qFromLittleEndian<quint32>(bytes);
+}
+
+Header peekHeader(QDataStream &in)
+{
+    constexpr int PlainSize = 5;
+    constexpr int NameOffset = PlainSize + 4;
+    char start[NameOffset];
+    if (in.version() < QDataStream::Qt_4_2 || in.device()->peek(start, NameOffset) != NameOffset)
+        return {};
+    const quint32 type = numberAt(in, start);
+    if (type == 127 || type == 1024 || type == 65536) { // a user's type in Qt 4, Qt 5 and Qt 6
+        const quint32 length = numberAt(in, start + PlainSize);
+        if (length > in.device()->bytesAvailable())
+            return {};
+        const QByteArray name = in.device()->peek(NameOffset + length).mid(NameOffset);
+        return {typeNamed(name.constData()), NameOffset + int(length)};
+    }
+    const bool isMoved = in.version() < QDataStream::Qt_5_0 && type >= 128;
+    return {int(isMoved ? type - 97 : type), PlainSize};
+}
+
+bool isOverflowingBitArray(QDataStream &in, const Header &header)
+{
+    if (header.type != QMetaType::QBitArray || in.version() < LongBitArrays)
+        return false;
+    StreamOf stream(in.device()->peek(header.size + 8), in);
+    stream.skipRawData(header.size);
+    qint64 bits = 0;
+    stream >> bits;
+    return bits < 0 || bits > std::numeric_limits<qint64>::max() - 7;
+}
+
+// Easing curves end with two lists that Qt reserves memory for. That nobody keeps them in a record
+// does not keep a stream from holding them.
+bool isOversizedCurve(QDataStream &in, const Header &header)
+{
+    if (header.type != QMetaType::QEasingCurve || in.version() <= QDataStream::Qt_5_12)
+        return false;
+    StreamOf stream(in.device()->peek(in.device()->bytesAvailable()), in);
+    const int number = in.floatingPointPrecision() == QDataStream::SinglePrecision ? 4 : 8;
+    stream.skipRawData(header.size + 1 + 8); // type and function
+    bool hasSettings = false;
+    stream >> hasSettings;
+    stream.skipRawData(3 * number);
+    for (const int pointSize : {2 * number, 5 * number}) {
+        quint32 count = 0;
+        stream >> count;
+        const qint64 size = qint64(count) * pointSize;
+        if (size > stream.device()->bytesAvailable())
+            return hasSettings;
+        stream.skipRawData(int(size));
+    }
+    return false;
 }
 
 template <typename Container, typename Read>
-void readContainer(QDataStream &in, QVariant &value, Read read)
+void readContents(QDataStream &in, const Header &header, QVariant &value, Read read)
 {
-    quint32 type;
-    qint8 isNull;
-    in >> type >> isNull;
-    Container container;
-    read(container);
-    value = QVariant::fromValue(container);
+    // Qt makes the empty container: it alone can set the flag of a null value, and it knows which
+    // numbers mean a named type in this version.
+    const QByteArray noContents(16, '\0');
+    StreamOf emptyOne(in.device()->peek(header.size) + noContents, in);
+    emptyOne >> value;
+    if (value.userType() != header.type) {
+        in >> value;
+        return;
+    }
+    in.skipRawData(header.size);
+    Container contents;
+    read(in, contents);
+    // Not through data(), with which Qt 6 takes the flag back.
+    *static_cast<Container *>(const_cast<void *>(value.constData())) = contents;
 }
 
-void readVariant(QDataStream &in, QVariant &value, int depth)
+void readVariant(QDataStream &in, QVariant &value)
 {
-    if (depth > DeepestNesting) {
+    const Nesting nesting;
+    const Header header = peekHeader(in);
+    if (nesting.isTooDeep() || isOverflowingBitArray(in, header)) {
         in.setStatus(QDataStream::ReadCorruptData);
         return;
     }
-    switch (nextContainer(in)) {
+    if (isOversizedCurve(in, header)) {
+        in.skipRawData(int(in.device()->bytesAvailable()));
+        in.setStatus(QDataStream::ReadPastEnd);
+        return;
+    }
+    switch (header.type) {
     case QMetaType::QVariantList:
-        readContainer<QVariantList>(in, value, [&](QVariantList &list) {
-            readList(in, list, SmallestVariant, [depth](QDataStream &stream, QVariant &element) {
-                readVariant(stream, element, depth + 1);
-            });
+        readContents<QVariantList>(in, header, value, [](QDataStream &stream, QVariantList &list) {
+            readList(stream, list, readVariant);
         });
         break;
     case QMetaType::QVariantMap:
-        readContainer<QVariantMap>(in, value,
-                                   [&](QVariantMap &map) { readMap(in, map, depth + 1); });
+        readContents<QVariantMap>(in, header, value, readVariantMap);
         break;
     case QMetaType::QVariantHash:
-        readContainer<QVariantHash>(in, value,
-                                    [&](QVariantHash &hash) { readMap(in, hash, depth + 1); });
+        readContents<QVariantHash>(in, header, value, [](QDataStream &stream, QVariantHash &hash) {
+            ValueHash values;
+            readMap(stream, values);
+            hash = values;
+        });
         break;
     case QMetaType::QStringList:
-        readContainer<QStringList>(in, value,
-                                   [&](QStringList &list) { readList(in, list, SmallestString); });
+        readContents<QStringList>(in, header, value, [](QDataStream &stream, QStringList &list) {
+            readList(stream, list);
+        });
         break;
     case QMetaType::QByteArrayList:
-        readContainer<QByteArrayList>(
-            in, value, [&](QByteArrayList &list) { readList(in, list, SmallestString); });
+        readContents<QByteArrayList>(
+            in, header, value,
+            [](QDataStream &stream, QByteArrayList &list) { readList(stream, list); });
+        break;
+    case QMetaType::QVariant:
+        readContents<QVariant>(in, header, value, readVariant);
+        break;
+    case VariantPair:
+        readContents<QPair<QVariant, QVariant>>(
+            in, header, value, [](QDataStream &stream, QPair<QVariant, QVariant> &pair) {
+                readVariant(stream, pair.first);
+                readVariant(stream, pair.second);
+            });
         break;
     default:
         in >> value;
@@ -124,5 +235,7 @@ void readVariant(QDataStream &in, QVariant &value, int depth)
 
 void readVariantMap(QDataStream &in, QMap<QString, QVariant> &map)
 {
-    readMap(in, map, 0);
+    ValueMap values;
+    readMap(in, values);
+    map = values;
 }

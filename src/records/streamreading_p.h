@@ -4,31 +4,24 @@
 #pragma once
 
 #include <QDataStream>
-#include <QIODevice>
 #include <QList>
 #include <QMap>
 #include <QVariant>
 
 /*
- * Readers that store what Qt's own readers of the same version store, but never reserve memory for
- * more elements than the bytes that are left could hold: Qt's trust the count and end the process.
+ * Readers that store what Qt's own readers of the same version store, but take memory only for
+ * elements that are there: Qt's reserve it for as many as the stream claims and end the process.
  */
 
-/// Bytes of the shortest string: its length.
-constexpr int SmallestString = 4;
-
-/// Reads a 32 bit count and that many elements, none of which takes less than \a smallest bytes.
-/// The list is empty after an error. An earlier error of the stream is put aside meanwhile, as Qt
-/// does.
+/// Reads a 32 bit count and that many elements. The list is empty after an error. An earlier error
+/// of the stream is put aside meanwhile, as Qt does.
 template <typename T, typename Read>
-void readList(QDataStream &in, QList<T> &list, int smallest, Read read)
+void readList(QDataStream &in, QList<T> &list, Read read)
 {
     const QtPrivate::StreamStateSaver earlierError(&in);
     list.clear();
     quint32 count = 0;
     in >> count;
-    const qint64 left = in.device() ? in.device()->bytesAvailable() : 0;
-    list.reserve(int(qMin<qint64>(count, left / smallest)));
     for (quint32 i = 0; i < count; ++i) {
         T element;
         read(in, element);
@@ -41,9 +34,9 @@ void readList(QDataStream &in, QList<T> &list, int smallest, Read read)
 }
 
 template <typename T>
-void readList(QDataStream &in, QList<T> &list, int smallest)
+void readList(QDataStream &in, QList<T> &list)
 {
-    readList(in, list, smallest, [](QDataStream &stream, T &element) { stream >> element; });
+    readList(in, list, [](QDataStream &stream, T &element) { stream >> element; });
 }
 
 /// Reads a count and that many texts with their values; the map is empty after an error. Lists

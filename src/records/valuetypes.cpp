@@ -9,9 +9,6 @@
 
 namespace {
 
-// A number and three empty texts.
-constexpr int SmallestMedia = 4 + 3 * SmallestString;
-
 template <typename T>
 void registerType(const char *name)
 {
@@ -53,7 +50,7 @@ QDataStream &operator>>(QDataStream &in, SocialActivityAttachment &attachment)
 {
     in >> attachment.firstText >> attachment.secondText >> attachment.thirdText
         >> attachment.fourthText;
-    readList(in, attachment.media, SmallestMedia);
+    readList(in, attachment.media);
     return in;
 }
 

@@ -8,13 +8,6 @@
 
 #include <QDataStream>
 
-namespace {
-
-// An empty class name and no properties.
-constexpr int SmallestRecord = SmallestString + 4;
-
-}
-
 SocialDataRequest::SocialDataRequest() : SocialDataRequest(new SocialDataRequestPrivate) { }
 
 SocialDataRequest::SocialDataRequest(SocialDataRequestPrivate *d) : d_ptr(d) { }
@@ -85,7 +78,7 @@ void SocialDataRequest::unserialize(QDataStream &stream)
     qint32 kind = 0;
     qint32 status = 0;
     stream >> kind >> status;
-    readList(stream, d_ptr->results, SmallestRecord);
-    readList(stream, d_ptr->performOnAccountsFilter, SmallestString);
+    readList(stream, d_ptr->results);
+    readList(stream, d_ptr->performOnAccountsFilter);
     d_ptr->status = Status(status);
 }

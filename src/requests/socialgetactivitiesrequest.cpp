@@ -158,9 +158,9 @@ void SocialGetActivitiesRequest::unserialize(QDataStream &stream)
 {
     SocialDataRequest::unserialize(stream);
     auto *d = data(d_ptr);
-    readList(stream, d->personsFilter, SmallestString);
+    readList(stream, d->personsFilter);
     stream >> d->limit >> d->after >> d->before;
-    readList(stream, d->activityIdsFilter, SmallestString);
+    readList(stream, d->activityIdsFilter);
     quint8 activityFilter = 0;
     quint8 timelineType = 0;
     stream >> d->parentActivityIdFilter >> activityFilter >> timelineType >> d->forceRefresh;

@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "database.h"
+
+#include <QDir>
+#include <QFileInfo>
+#include <QSqlError>
+#include <QUuid>
+
+namespace {
+
+constexpr int BusyTimeout = 2000;
+
+// SQLite's primary result codes.
+constexpr int SqliteBusy = 5;
+constexpr int SqliteCorrupt = 11;
+constexpr int SqliteNotADatabase = 26;
+
+StoreError::Kind kindOf(const QSqlError &error)
+{
+    // The higher bits only refine it.
+    switch (error.nativeErrorCode().toInt() & 0xff) {
+    case SqliteBusy:
+        return StoreError::Busy;
+    case SqliteCorrupt:
+    case SqliteNotADatabase:
+        return StoreError::Damaged;
+    default:
+        return StoreError::Failed;
+    }
+}
+
+// What people write about themselves is nobody else's business.
+void makePrivateFolder(const QString &path)
+{
+    if (QFileInfo::exists(path) || !QDir().mkpath(path))
+        return;
+    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+}
+
+}
+
+Database::Database(const QString &path)
+    : file(path)
+    , connection(QStringLiteral("kinlet-journal-")
+                 + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    , database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection))
+{
+    makePrivateFolder(QFileInfo(path).path());
+    database.setDatabaseName(path);
+    database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(BusyTimeout));
+    if (database.open())
+        return;
+    const QSqlError error = database.lastError();
+    database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connection);
+    fail(error);
+}
+
+Database::~Database()
+{
+    database = QSqlDatabase();
+    QSqlDatabase::removeDatabase(connection);
+}
+
+QSqlQuery Database::prepare(const QString &sql)
+{
+    QSqlQuery query(database);
+    query.setForwardOnly(true);
+    if (!query.prepare(sql))
+        fail(query.lastError());
+    return query;
+}
+
+void Database::execute(QSqlQuery &query, const QVariantList &values)
+{
+    for (int i = 0; i < values.size(); ++i) {
+        const bool isText = values.at(i).userType() == QMetaType::QString;
+        query.bindValue(i,
+                        isText && values.at(i).toString().isNull() ? QString(QLatin1String(""))
+                                                                   : values.at(i));
+    }
+    if (!query.exec())
+        fail(query.lastError());
+}
+
+QSqlQuery Database::run(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query = prepare(sql);
+    execute(query, values);
+    return query;
+}
+
+QVariant Database::value(const QString &sql, const QVariantList &values)
+{
+    QSqlQuery query = run(sql, values);
+    return query.next() ? query.value(0) : QVariant();
+}
+
+void Database::fail(const QSqlError &error) const
+{
+    const QString what = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
+    const StoreError::Kind kind = kindOf(error);
+    throw StoreError{
+        kind,
+        kind == StoreError::Busy
+            ? QStringLiteral("The journal %1 is busy: another program is writing to it").arg(file)
+            : QStringLiteral("The journal %1 cannot be used: %2").arg(file, what)};
+}
+
+Transaction::Transaction(Database &database, Patience patience) : database(database)
+{
+    if (patience == Now)
+        database.run(QStringLiteral("PRAGMA busy_timeout = 0"));
+    try {
+        database.run(QStringLiteral("BEGIN IMMEDIATE"));
+    } catch (const StoreError &) {
+        database.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyTimeout));
+        throw;
+    }
+    database.run(QStringLiteral("PRAGMA busy_timeout = %1").arg(BusyTimeout));
+}
+
+Transaction::~Transaction()
+{
+    if (!open)
+        return;
+    try {
+        database.run(QStringLiteral("ROLLBACK"));
+    } catch (const StoreError &) {
+        // SQLite has undone it already, as it does after a failure to write.
+    }
+}
+
+void Transaction::commit()
+{
+    database.run(QStringLiteral("COMMIT"));
+    open = false;
+}

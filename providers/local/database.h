@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <QSqlDatabase>
+#include <QSqlQuery>
+#include <QString>
+#include <QVariantList>
+
+/// Thrown when the journal's file cannot be used.
+struct StoreError {
+    enum Kind {
+        Failed,
+        /// Another connection is writing; the same again may succeed later.
+        Busy,
+        /// The file is not what it should be. Trying again will not help.
+        Damaged
+    };
+
+    Kind kind = Failed;
+    /// One English line.
+    QString text;
+};
+
+/**
+ * One connection to an SQLite file. All its functions throw StoreError.
+ *
+ * Readers do not wait for writers, except for moments at which SQLite tidies up after a connection
+ * that has ended; they last milliseconds.
+ */
+class Database {
+public:
+    /// Opens the file, or makes it with the folders above it.
+    explicit Database(const QString &path);
+    ~Database();
+    Database(const Database &) = delete;
+    Database &operator=(const Database &) = delete;
+
+    QString path() const { return file; }
+
+    QSqlQuery prepare(const QString &sql);
+    /// Null texts are stored as empty ones.
+    void execute(QSqlQuery &query, const QVariantList &values);
+    QSqlQuery run(const QString &sql, const QVariantList &values = {});
+    /// The first column of the first row; invalid if there is none.
+    QVariant value(const QString &sql, const QVariantList &values = {});
+
+private:
+    [[noreturn]] void fail(const QSqlError &error) const;
+
+    const QString file;
+    const QString connection;
+    QSqlDatabase database;
+};
+
+/// The write lock, held until the end of the scope. What was not committed by then is undone.
+class Transaction {
+public:
+    enum Patience {
+        /// Throws StoreError of the kind Busy at once if another connection holds the lock.
+        Now,
+        /// Throws it after a moment.
+        Soon
+    };
+
+    explicit Transaction(Database &database, Patience patience = Now);
+    ~Transaction();
+    Transaction(const Transaction &) = delete;
+    Transaction &operator=(const Transaction &) = delete;
+
+    void commit();
+
+private:
+    Database &database;
+    bool open = true;
+};

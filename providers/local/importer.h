@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include "importfolder.h"
+
+#include <Kinlet/SocialImportProgress>
+
+#include <QFileSystemWatcher>
+#include <QLockFile>
+#include <QObject>
+#include <QTimer>
+
+#include <memory>
+
+/**
+ * Reads the documents of the import folder into the journal, one after the other, each in one
+ * transaction, in slices between which the event loop runs.
+ *
+ * Of all processes that use the journal one imports at a time. What it leaves undone when it ends,
+ * another one does; a document of which it has read only a part is read anew.
+ */
+class Importer : public QObject {
+    Q_OBJECT
+
+public:
+    /// The import folder is below \a folder. Begins when the event loop runs.
+    Importer(const QString &folder, const QString &databasePath, QObject *parent);
+    ~Importer() override;
+
+    /// Goes on after finished().
+    void proceed();
+
+Q_SIGNALS:
+    /// A document has been begun. finished() follows.
+    void started();
+    /// The document \a name has not been imported.
+    void rejected(const QString &name, const QString &reason);
+    /// The document has been dealt with. The next one waits for proceed().
+    void finished(const SocialImportProgress &counts);
+
+private:
+    struct Document;
+
+    void lookLater(int milliseconds);
+    void look();
+    void begin(const QString &name);
+    void readSlice();
+    void finish();
+    void reject(const QString &name, const QString &reason);
+
+    ImportFolder folder;
+    const QString databasePath;
+    // Held by the process that imports.
+    QLockFile role;
+    QFileSystemWatcher watcher;
+    QTimer next;
+    QTimer slow;
+    QTimer slices;
+    std::unique_ptr<Document> document;
+    bool waiting = false;
+};

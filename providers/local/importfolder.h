@@ -1,0 +1,35 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <QSet>
+#include <QString>
+
+/**
+ * The folder into which documents are dropped.
+ *
+ * A regular file whose name does not begin with a dot is to be read once. It then goes to done/, or
+ * to failed/ with the reason in a text file beside it. A name that is taken there gets a number.
+ */
+class ImportFolder {
+public:
+    /// Makes the folder if need be.
+    explicit ImportFolder(const QString &path);
+
+    QString path() const { return folder; }
+    /// The name of the next file; null if there is none.
+    QString next() const;
+    /// Moves a file that has been read.
+    void moveToDone(const QString &name);
+    /// Moves a file that cannot be read.
+    void moveToFailed(const QString &name, const QString &reason);
+    /// Passes over a file from now on.
+    void leave(const QString &name);
+
+private:
+    QString moveTo(const QString &target, const QString &name);
+
+    const QString folder;
+    QSet<QString> left;
+};

@@ -1,0 +1,180 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "rows.h"
+
+#include "journal.h"
+
+#include <Kinlet/SocialActivityAttachment>
+
+#include <QDateTime>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QVariant>
+
+namespace Rows {
+
+namespace {
+
+enum PersonColumn { Id, ScreenName, Name, Summary, Url, AvatarUrl };
+
+enum ActivityColumn {
+    ActivityId,
+    Type,
+    Owner,
+    Parent,
+    Text,
+    Time,
+    MediaText,
+    CommentCount,
+    LikeCount,
+    IsLikedByMe,
+    Boosted,
+    BoostedText,
+    BoostedUrl,
+    BoostedAuthor
+};
+
+QString firstText(const QStringList &candidates)
+{
+    for (const QString &candidate : candidates) {
+        if (!candidate.isEmpty())
+            return candidate;
+    }
+    return QString();
+}
+
+void setText(SocialGenericData &record, const QString &key, const QString &text)
+{
+    if (!text.isEmpty())
+        record.setProperty(key, text);
+}
+
+QList<Media> mediaOf(const QString &text)
+{
+    QList<Media> all;
+    const QJsonArray list = QJsonDocument::fromJson(text.toUtf8()).array();
+    for (const QJsonValue &value : list) {
+        const QJsonArray fields = value.toArray();
+        Media media;
+        media.kind = fields.at(0).toInt();
+        media.firstText = fields.at(1).toString();
+        media.secondText = fields.at(2).toString();
+        media.thirdText = fields.at(3).toString();
+        all.append(media);
+    }
+    return all;
+}
+
+// Media, and for a boost what was boosted.
+void setAttachment(SocialActivity &activity, const QSqlQuery &row)
+{
+    const QString boosted = row.value(Boosted).toString();
+    SocialActivityAttachment attachment;
+    attachment.media = mediaOf(row.value(MediaText).toString());
+    if (!boosted.isEmpty()) {
+        attachment.secondText = row.value(BoostedAuthor).toString();
+        attachment.thirdText = row.value(BoostedText).toString();
+        attachment.fourthText = firstText({row.value(BoostedUrl).toString(), boosted});
+    }
+    if (!boosted.isEmpty() || !attachment.media.isEmpty())
+        activity.setProperty(SocialActivity::Attachment, QVariant::fromValue(attachment));
+}
+
+}
+
+QString selectPersons()
+{
+    return QStringLiteral(
+        "SELECT p.id, p.screenName, p.name, p.summary, p.url, p.avatarUrl, p.change "
+        "FROM persons p ");
+}
+
+SocialNetworkPerson person(const QSqlQuery &row)
+{
+    const QString id = row.value(Id).toString();
+    const QString name = row.value(Name).toString();
+    const QString screenName = firstText({row.value(ScreenName).toString(), name, id});
+    const QString avatar = row.value(AvatarUrl).toString();
+    SocialNetworkPerson person;
+    person.setProperty(SocialNetworkPerson::Id, id);
+    person.setProperty(SocialNetworkPerson::Description, firstText({name, screenName}));
+    person.setParentAccount(Journal::Id);
+    person.setProperty(SocialNetworkPerson::ScreenName, screenName);
+    setText(person, SocialNetworkPerson::FirstName, name.section(QLatin1Char(' '), 0, 0));
+    setText(person, SocialNetworkPerson::LastName, name.section(QLatin1Char(' '), 1));
+    setText(person, SocialNetworkPerson::AboutMe, row.value(Summary).toString());
+    setText(person, SocialNetworkPerson::ProfileLink, row.value(Url).toString());
+    if (!avatar.isEmpty())
+        person.setProperty(SocialNetworkPerson::AvatarList, QStringList(avatar));
+    return person;
+}
+
+QStringList personProperties()
+{
+    return {SocialNetworkPerson::Id,          SocialNetworkPerson::Description,
+            SocialNetworkPerson::ScreenName,  SocialNetworkPerson::FirstName,
+            SocialNetworkPerson::LastName,    SocialNetworkPerson::AboutMe,
+            SocialNetworkPerson::ProfileLink, SocialNetworkPerson::AvatarList};
+}
+
+QString selectActivities()
+{
+    return QStringLiteral(
+               "SELECT a.id, a.type, a.owner, a.parent, a.text, a.time, a.media, "
+               "(SELECT COUNT(*) FROM activities c WHERE c.parent = a.id), "
+               "(SELECT COUNT(*) FROM likes l WHERE l.activity = a.id), "
+               "EXISTS (SELECT 1 FROM likes l WHERE l.activity = a.id AND l.person = '%1'), "
+               "a.boosted, b.text, b.url, o.name, a.change, a.edited "
+               "FROM activities a "
+               "LEFT JOIN activities b ON b.id = a.boosted "
+               "LEFT JOIN persons o ON o.id = b.owner ")
+        .arg(Journal::Me);
+}
+
+SocialActivity activity(const QSqlQuery &row)
+{
+    SocialActivity activity;
+    activity.setProperty(SocialActivity::Id, row.value(ActivityId));
+    // What was boosted speaks for the boost, which has no words of its own.
+    activity.setProperty(SocialActivity::Description,
+                         firstText({row.value(Text).toString(), row.value(BoostedText).toString(),
+                                    row.value(Boosted).toString()}));
+    activity.setParentAccount(Journal::Id);
+    activity.setProperty(SocialActivity::ActivityType, row.value(Type).toInt());
+    activity.setProperty(SocialActivity::OwnerPersonId, row.value(Owner));
+    activity.setProperty(SocialActivity::StartTime,
+                         QDateTime::fromMSecsSinceEpoch(row.value(Time).toLongLong(), Qt::UTC));
+    setText(activity, SocialActivity::ParentActivityId, row.value(Parent).toString());
+    activity.setProperty(SocialActivity::CommentCount, row.value(CommentCount).toInt());
+    activity.setProperty(SocialActivity::LikeCount, row.value(LikeCount).toInt());
+    activity.setProperty(SocialActivity::IsLikedByMe, row.value(IsLikedByMe).toBool());
+    setAttachment(activity, row);
+    return activity;
+}
+
+QStringList activityProperties()
+{
+    return {SocialActivity::Id,           SocialActivity::Description,
+            SocialActivity::ActivityType, SocialActivity::OwnerPersonId,
+            SocialActivity::StartTime,    SocialActivity::ParentActivityId,
+            SocialActivity::CommentCount, SocialActivity::LikeCount,
+            SocialActivity::IsLikedByMe,  SocialActivity::Attachment};
+}
+
+QStringList countedProperties()
+{
+    return {SocialActivity::CommentCount, SocialActivity::LikeCount, SocialActivity::IsLikedByMe};
+}
+
+QString mediaText(const QList<Media> &media)
+{
+    if (media.isEmpty())
+        return QString();
+    QJsonArray list;
+    for (const Media &one : media)
+        list.append(QJsonArray{one.kind, one.firstText, one.secondText, one.thirdText});
+    return QString::fromUtf8(QJsonDocument(list).toJson(QJsonDocument::Compact));
+}
+
+}

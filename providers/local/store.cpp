@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "store.h"
+
+#include "activityquery.h"
+#include "journal.h"
+#include "rows.h"
+#include "schema.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QUuid>
+
+namespace {
+
+QList<SocialNetworkPerson> allPersons(QSqlQuery query)
+{
+    QList<SocialNetworkPerson> persons;
+    while (query.next())
+        persons.append(Rows::person(query));
+    return persons;
+}
+
+}
+
+QString Store::folder()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)
+        + QStringLiteral("/kinlet");
+}
+
+Store::Store() : file(folder() + QStringLiteral("/local.db"))
+{
+    prepareSchema(file, journalMigrations());
+    // SQLite would open it for reading and say so only when something is written.
+    if (!QFileInfo(file.path()).isWritable())
+        throw StoreError{StoreError::Failed,
+                         QStringLiteral("The journal %1 may not be written").arg(file.path())};
+    // Stays with the file. Readers and a writer do not wait for each other then.
+    file.run(QStringLiteral("PRAGMA journal_mode = WAL"));
+    if (!file.value(QStringLiteral("SELECT 1 FROM persons WHERE id = ?"), {Journal::Me}).isValid())
+        addMe();
+}
+
+void Store::addMe()
+{
+    const SocialServiceAccount account = Journal::account(Journal::fullName());
+    Transaction transaction(file, Transaction::Soon);
+    // Another process may have been faster.
+    file.run(QStringLiteral("INSERT OR IGNORE INTO persons "
+                            "(id, screenName, name, summary, url, avatarUrl, change) "
+                            "VALUES (?, ?, ?, '', '', ?, "
+                            "(SELECT COALESCE(MAX(change), 0) + 1 FROM persons))"),
+             {Journal::Me, account.property(SocialServiceAccount::UserName),
+              account.property(SocialServiceAccount::AccountName),
+              account.property(SocialServiceAccount::Avatar)});
+    transaction.commit();
+}
+
+SocialServiceAccount Store::account()
+{
+    return Journal::account(
+        file.value(QStringLiteral("SELECT name FROM persons WHERE id = ?"), {Journal::Me})
+            .toString());
+}
+
+QList<SocialNetworkPerson> Store::persons()
+{
+    return allPersons(file.run(Rows::selectPersons() + QStringLiteral("ORDER BY p.number")));
+}
+
+QList<SocialNetworkPerson> Store::likers(const QString &activityId)
+{
+    // An archive may hold a like of somebody about whom nothing else is known.
+    return allPersons(
+        file.run(QStringLiteral("SELECT l.person, p.screenName, p.name, p.summary, p.url, "
+                                "p.avatarUrl FROM likes l LEFT JOIN persons p ON p.id = l.person "
+                                "WHERE l.activity = ? ORDER BY l.time, l.person"),
+                 {activityId}));
+}
+
+QList<SocialActivity> Store::activities(const SocialGetActivitiesRequest &filters)
+{
+    const ActivityQuery query(filters);
+    QSqlQuery rows = file.run(query.sql, query.values);
+    QList<SocialActivity> activities;
+    while (rows.next())
+        activities.append(Rows::activity(rows));
+    return activities;
+}
+
+bool Store::hasActivity(const QString &id)
+{
+    return file.value(QStringLiteral("SELECT 1 FROM activities WHERE id = ?"), {id}).isValid();
+}
+
+SocialActivity Store::activity(const QString &id)
+{
+    QSqlQuery rows = file.run(Rows::selectActivities() + QStringLiteral("WHERE a.id = ?"), {id});
+    return rows.next() ? Rows::activity(rows) : SocialActivity();
+}
+
+QString Store::addActivity(SocialActivity::Type type, const QString &text, const QString &parent)
+{
+    const QString id =
+        QStringLiteral("local:") + QUuid::createUuid().toString(QUuid::WithoutBraces);
+    file.run(QStringLiteral("INSERT INTO activities (id, type, owner, parent, boosted, text, time, "
+                            "url, media, edited, change) VALUES (?, ?, ?, ?, '', ?, ?, '', '', "
+                            "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities), "
+                            "(SELECT COALESCE(MAX(change), 0) + 1 FROM activities))"),
+             {id, int(type), Journal::Me, parent, text, QDateTime::currentMSecsSinceEpoch()});
+    markChanged(parent);
+    return id;
+}
+
+void Store::setLiked(const QString &activityId, bool liked)
+{
+    const QSqlQuery change = liked
+        ? file.run(QStringLiteral("INSERT OR IGNORE INTO likes (activity, person, time) "
+                                  "VALUES (?, ?, ?)"),
+                   {activityId, Journal::Me, QDateTime::currentMSecsSinceEpoch()})
+        : file.run(QStringLiteral("DELETE FROM likes WHERE activity = ? AND person = ?"),
+                   {activityId, Journal::Me});
+    if (change.numRowsAffected() > 0)
+        markChanged(activityId);
+}
+
+void Store::markChanged(const QString &activityId)
+{
+    file.run(QStringLiteral("UPDATE activities SET change = "
+                            "(SELECT MAX(change) + 1 FROM activities) WHERE id = ?"),
+             {activityId});
+}
