@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "dbus/runnerprocess.h"
-#include "support/privatebus.h"
 #include "support/scriptedprovider.h"
 
 #include "manager/kinletmanager.h"
@@ -80,15 +79,12 @@ private Q_SLOTS:
     void likesComeAndGo();
 
 private:
-    PrivateBus bus;
     RunnerProcess runner;
 };
 
 void PythonRunnerTest::initTestCase()
 {
-    QVERIFY(bus.start());
     QVERIFY(runner.startAs(id, QStringLiteral(KINLET_PYTHON_RUNNER), {id}));
-    qunsetenv("KINLET_USE_DBUS");
     QSignalSpy initialized(KinletManager::instance(), SIGNAL(initialized()));
     QVERIFY(initialized.wait(LongMilliseconds));
 }

@@ -3,7 +3,6 @@
 
 #include "dbus/runnerprocess.h"
 #include "dbus/wireexamples.h"
-#include "support/privatebus.h"
 
 #include "manager/kinletmanager.h"
 
@@ -32,7 +31,6 @@ private:
     QString nextCall();
     void checkCall(const QString &call, const QByteArray &request);
 
-    PrivateBus bus;
     RunnerProcess runner;
 };
 
@@ -56,10 +54,8 @@ void RequestBytesTest::checkCall(const QString &call, const QByteArray &request)
 
 void RequestBytesTest::initTestCase()
 {
-    QVERIFY(bus.start());
     QVERIFY(runner.startAs(id, QStringLiteral(KINLET_RECORDER),
                            {QStringLiteral(KINLET_RUNNER_FOLDER), id, accountId}));
-    qunsetenv("KINLET_USE_DBUS");
     QSignalSpy initialized(KinletManager::instance(), SIGNAL(initialized()));
     QVERIFY(initialized.wait(LongMilliseconds));
 }
