@@ -3,6 +3,8 @@
 
 #include "dbus/patternguard.h"
 
+#include <QRegExp>
+
 namespace {
 
 constexpr int LongestPattern = 1000;
@@ -174,7 +176,7 @@ bool hidesText(const QString &pattern)
 
 }
 
-std::optional<qint64> patternCost(const QString &pattern, QRegExp::PatternSyntax syntax)
+std::optional<qint64> patternCost(const QString &pattern, int syntax)
 {
     const qint64 size = pattern.size();
     if (size > LongestPattern || (syntax == QRegExp::W3CXmlSchema11 && hidesText(pattern)))

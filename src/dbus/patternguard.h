@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <QRegExp>
 #include <QString>
 
 #include <optional>
@@ -14,4 +13,4 @@
  * characters, with groups nested deeper than 20 or with repetition bounds that multiply to more
  * than 1,000.
  */
-std::optional<qint64> patternCost(const QString &pattern, QRegExp::PatternSyntax syntax);
+std::optional<qint64> patternCost(const QString &pattern, int syntax);

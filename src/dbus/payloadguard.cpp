@@ -270,7 +270,7 @@ void Walk::pattern()
     const int at = m_position;
     const QByteArray units = text();
     skip(sizeof(quint8));
-    const auto syntax = QRegExp::PatternSyntax(number<quint8>());
+    const int syntax = number<quint8>();
     skip(sizeof(quint8));
     QString pattern(units.size() / 2, Qt::Uninitialized);
     qFromBigEndian<quint16>(units.constData(), pattern.size(), pattern.data());

@@ -6,6 +6,7 @@
 
 #include "requests/socialgetpersonsrequest.h"
 
+#include <QRegExp>
 #include <QTest>
 
 namespace {
@@ -21,7 +22,7 @@ QString repeated(const char *text, int times)
 }
 
 // A persons request with that many patterns: the number of each and then the text.
-QByteArray requestWithPatterns(int count, const QString &pattern, QRegExp::PatternSyntax syntax)
+QByteArray requestWithPatterns(int count, const QString &pattern, int syntax)
 {
     SocialGetPersonsRequest request;
     QByteArray bytes = Payload::write(request).chopped(4) + streamed(quint32(count));
@@ -52,8 +53,8 @@ void PatternGuardTest::limits_data()
     QTest::addColumn<int>("syntax");
     QTest::addColumn<bool>("safe");
     const auto row = [](const char *name, const QString &pattern, bool safe,
-                        QRegExp::PatternSyntax syntax = QRegExp::RegExp) {
-        QTest::newRow(name) << pattern << int(syntax) << safe;
+                        int syntax = QRegExp::RegExp) {
+        QTest::newRow(name) << pattern << syntax << safe;
     };
     row("empty", QString(), true);
     row("1000 characters", repeated("a", 1000), true);
@@ -69,7 +70,7 @@ void PatternGuardTest::limits_data()
     row("closed before they are open", repeated(")", 30) + repeated("(", 21), false);
     row("in another syntax", repeated("(", 21), false, QRegExp::RegExp2);
     row("in XML Schema", repeated("(", 21), false, QRegExp::W3CXmlSchema11);
-    row("in an unknown syntax", repeated("(", 21), false, QRegExp::PatternSyntax(200));
+    row("in an unknown syntax", repeated("(", 21), false, 200);
     row("no groups in a wildcard", repeated("(", 21), true, QRegExp::Wildcard);
     row("no groups in a Unix wildcard", repeated("\\(", 21), true, QRegExp::WildcardUnix);
     row("groups that are escaped", repeated("\\(", 21), true);
@@ -117,9 +118,9 @@ void PatternGuardTest::limits()
     QFETCH(QString, pattern);
     QFETCH(int, syntax);
     QFETCH(bool, safe);
-    QCOMPARE(patternCost(pattern, QRegExp::PatternSyntax(syntax)).has_value(), safe);
+    QCOMPARE(patternCost(pattern, syntax).has_value(), safe);
     SocialGetPersonsRequest request;
-    const QByteArray bytes = requestWithPatterns(1, pattern, QRegExp::PatternSyntax(syntax));
+    const QByteArray bytes = requestWithPatterns(1, pattern, syntax);
     QCOMPARE(Payload::read(bytes, request), safe);
     QCOMPARE(request.propertyFilter().size(), safe ? 1 : 0);
     if (safe)
@@ -132,8 +133,8 @@ void PatternGuardTest::costs_data()
     QTest::addColumn<int>("syntax");
     QTest::addColumn<int>("mostOfThem");
     const auto row = [](const char *name, const QString &pattern, int mostOfThem,
-                        QRegExp::PatternSyntax syntax = QRegExp::RegExp) {
-        QTest::newRow(name) << pattern << int(syntax) << mostOfThem;
+                        int syntax = QRegExp::RegExp) {
+        QTest::newRow(name) << pattern << syntax << mostOfThem;
     };
     row("short", latin("^A.*"), 1000);
     row("long", repeated("a", 1000), 1000);
@@ -159,8 +160,7 @@ void PatternGuardTest::costs()
     QFETCH(int, mostOfThem);
     for (const int count : {mostOfThem, mostOfThem + 1}) {
         SocialGetPersonsRequest request;
-        const QByteArray bytes =
-            requestWithPatterns(count, pattern, QRegExp::PatternSyntax(syntax));
+        const QByteArray bytes = requestWithPatterns(count, pattern, syntax);
         QCOMPARE(Payload::read(bytes, request), count <= mostOfThem);
         QCOMPARE(request.propertyFilter().size(), count <= mostOfThem ? count : 0);
     }
