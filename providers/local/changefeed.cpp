@@ -77,7 +77,7 @@ bool ChangeFeed::tellPersons()
             {lastPerson});
         while (rows.next()) {
             persons.append(Rows::person(rows));
-            lastPerson = rows.value(QStringLiteral("change")).toLongLong();
+            lastPerson = Rows::personChange(rows);
         }
     }
     const bool more = persons.size() == BatchSize;
@@ -97,9 +97,9 @@ bool ChangeFeed::tellActivities()
                 + QStringLiteral("WHERE a.change > ? ORDER BY a.change LIMIT %1").arg(BatchSize),
             {before});
         while (rows.next()) {
-            const bool isEdited = rows.value(QStringLiteral("edited")).toLongLong() > before;
+            const bool isEdited = Rows::activityEdited(rows) > before;
             (isEdited ? edited : counted).append(Rows::activity(rows));
-            lastActivity = rows.value(QStringLiteral("change")).toLongLong();
+            lastActivity = Rows::activityChange(rows);
         }
     }
     const bool more = edited.size() + counted.size() == BatchSize;

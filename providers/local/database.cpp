@@ -32,11 +32,14 @@ StoreError::Kind kindOf(const QSqlError &error)
 }
 
 // What people write about themselves is nobody else's business.
-void makePrivateFolder(const QString &path)
+void makePrivateFile(const QString &path)
 {
-    if (QFileInfo::exists(path) || !QDir().mkpath(path))
-        return;
-    QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    const QString folder = QFileInfo(path).path();
+    if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+    QFile file(path);
+    if (file.open(QFile::WriteOnly | QFile::NewOnly))
+        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
 }
 
 }
@@ -47,7 +50,7 @@ Database::Database(const QString &path)
                  + QUuid::createUuid().toString(QUuid::WithoutBraces))
     , database(QSqlDatabase::addDatabase(QStringLiteral("QSQLITE"), connection))
 {
-    makePrivateFolder(QFileInfo(path).path());
+    makePrivateFile(path);
     database.setDatabaseName(path);
     database.setConnectOptions(QStringLiteral("QSQLITE_BUSY_TIMEOUT=%1").arg(BusyTimeout));
     if (database.open())

@@ -20,7 +20,11 @@ bool isSpace(int byte)
 
 } // namespace
 
-JsonMembers::JsonMembers(QIODevice &device) : m_device(device) { }
+JsonMembers::JsonMembers(QIODevice &device) : m_device(device)
+{
+    // Space that is reserved is kept from value to value.
+    m_text.reserve(BufferSize);
+}
 
 QString JsonMembers::key() const
 {

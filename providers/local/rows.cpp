@@ -16,7 +16,7 @@ namespace Rows {
 
 namespace {
 
-enum PersonColumn { Id, ScreenName, Name, Summary, Url, AvatarUrl };
+enum PersonColumn { Id, ScreenName, Name, Summary, Url, AvatarUrl, PersonChange };
 
 enum ActivityColumn {
     ActivityId,
@@ -32,7 +32,9 @@ enum ActivityColumn {
     Boosted,
     BoostedText,
     BoostedUrl,
-    BoostedAuthor
+    BoostedAuthor,
+    ActivityChange,
+    ActivityEdited
 };
 
 QString firstText(const QStringList &candidates)
@@ -106,8 +108,13 @@ SocialNetworkPerson person(const QSqlQuery &row)
     setText(person, SocialNetworkPerson::AboutMe, row.value(Summary).toString());
     setText(person, SocialNetworkPerson::ProfileLink, row.value(Url).toString());
     if (!avatar.isEmpty())
-        person.setProperty(SocialNetworkPerson::AvatarList, QStringList(avatar));
+        person.setProperty(SocialNetworkPerson::AvatarList, QVariantList{avatar});
     return person;
+}
+
+qint64 personChange(const QSqlQuery &row)
+{
+    return row.value(PersonChange).toLongLong();
 }
 
 QStringList personProperties()
@@ -151,6 +158,16 @@ SocialActivity activity(const QSqlQuery &row)
     activity.setProperty(SocialActivity::IsLikedByMe, row.value(IsLikedByMe).toBool());
     setAttachment(activity, row);
     return activity;
+}
+
+qint64 activityChange(const QSqlQuery &row)
+{
+    return row.value(ActivityChange).toLongLong();
+}
+
+qint64 activityEdited(const QSqlQuery &row)
+{
+    return row.value(ActivityEdited).toLongLong();
 }
 
 QStringList activityProperties()

@@ -13,16 +13,21 @@
 /// What turns rows of the journal into records.
 namespace Rows {
 
-/// A query for persons without its conditions; the table is "p". It has a column "change".
+/// A query for persons without its conditions; the table is "p".
 QString selectPersons();
 SocialNetworkPerson person(const QSqlQuery &row);
+/// The column "change".
+qint64 personChange(const QSqlQuery &row);
 /// Every property that a person may have.
 QStringList personProperties();
 
-/// A query for activities without its conditions; the table is "a". It has the columns "change"
-/// and "edited".
+/// A query for activities without its conditions; the table is "a".
 QString selectActivities();
 SocialActivity activity(const QSqlQuery &row);
+/// The column "change".
+qint64 activityChange(const QSqlQuery &row);
+/// The column "edited".
+qint64 activityEdited(const QSqlQuery &row);
 /// Every property that an activity may have.
 QStringList activityProperties();
 /// Those of them that change when others comment and like.

@@ -15,6 +15,9 @@ namespace {
 /// Of several languages the user's own, else English, else any.
 QString bestLanguage(const QJsonObject &languages)
 {
+    if (languages.isEmpty()) {
+        return QString();
+    }
     QStringList wanted;
     const QStringList own = QLocale::system().uiLanguages();
     for (const QString &language : own) {

@@ -14,12 +14,10 @@
 #include <QIODevice>
 #include <QMap>
 #include <QMultiHash>
-#include <QPair>
 #include <QPointer>
 #include <QSharedPointer>
 #include <QTimer>
 
-#include <algorithm>
 #include <utility>
 
 // Everything a job calls may delete what it likes: the caller's request, providers, the manager and
@@ -36,10 +34,12 @@ struct SocialRequestJob {
 
 class SocialRequestWorkerPrivate {
 public:
-    bool isOpen(SocialRequestJob *job) const
+    // Asked with the request, since the job itself may be gone.
+    bool isOpen(SocialDataRequest *caller, SocialRequestJob *job) const
     {
-        return std::find(jobsByRequest.cbegin(), jobsByRequest.cend(), job) != jobsByRequest.cend();
+        return jobsByRequest.contains(caller, job);
     }
+    bool isQueued(SocialRequestJob *job) const { return queueNumbers.contains(job); }
     void startTimeout(SocialRequestWorker *worker, int milliseconds)
     {
         ++timeoutsDue;
@@ -50,6 +50,10 @@ public:
     // A request that is performed again before it has ended has several jobs.
     QMultiHash<SocialDataRequest *, SocialRequestJob *> jobsByRequest;
     QList<SocialRequestJob *> deleteQueue;
+    // Where jobs stand in the queue, counted from the first that was ever in it: the queue holds
+    // all jobs of a minute, too many to be searched.
+    QHash<SocialRequestJob *, qint64> queueNumbers;
+    qint64 takenFromQueue = 0;
     int timeoutsDue = 0;
 };
 
@@ -59,6 +63,35 @@ constexpr int TimeoutSeconds = 60;
 // One millisecond more, so that a whole minute has passed when the timer strikes.
 constexpr int TimeoutMilliseconds = TimeoutSeconds * 1000 + 1;
 constexpr int DeletionMilliseconds = 60000;
+
+struct Dispatch {
+    QSharedPointer<KinletInterface> provider;
+    QPointer<SocialDataRequest> copy;
+};
+
+// For walks during which the job may go.
+QList<Dispatch> dispatchesOf(const SocialRequestJob &job)
+{
+    QList<Dispatch> dispatches;
+    for (SocialDataRequest *copy : job.copies) {
+        if (const QSharedPointer<KinletInterface> provider = job.copyProviders.value(copy))
+            dispatches.append({provider, copy});
+    }
+    return dispatches;
+}
+
+// Accounts that no provider claims are left out.
+QMultiHash<QString, QString> accountsByProvider(const KinletManager *manager,
+                                                const QStringList &accountIds)
+{
+    QMultiHash<QString, QString> accounts;
+    for (const QString &accountId : accountIds) {
+        const QString name = manager->providerNameFromAccountId(accountId);
+        if (!name.isEmpty())
+            accounts.insert(name, accountId);
+    }
+    return accounts;
+}
 
 }
 
@@ -79,17 +112,11 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
 
     const KinletManager *manager = KinletManager::instance();
     const QStringList filter = request->performOnAccountsFilter();
-    QMultiHash<QString, QString> accountsByProvider;
-    for (const QString &accountId : filter) {
-        const QString name = manager->providerNameFromAccountId(accountId);
-        if (!name.isEmpty())
-            accountsByProvider.insert(name, accountId);
-    }
+    const QMultiHash<QString, QString> owned = accountsByProvider(manager, filter);
     const QList<QString> names =
-        filter.isEmpty() ? manager->allProviderNames() : accountsByProvider.uniqueKeys();
+        filter.isEmpty() ? manager->allProviderNames() : owned.uniqueKeys();
 
     auto *job = new SocialRequestJob{{}, {}, request, QDateTime::currentDateTime(), false, true};
-    QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> dispatches;
     for (const QString &name : names) {
         if (!manager->hasProvider(name))
             continue;
@@ -102,38 +129,42 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
             return false;
         }
         if (!filter.isEmpty())
-            copy->setPerformOnAccountsFilter(accountsByProvider.values(name));
-        const QSharedPointer<KinletInterface> provider = manager->provider(name);
+            copy->setPerformOnAccountsFilter(owned.values(name));
         job->copies.append(copy);
         d->jobsByCopy.insert(copy, job);
-        dispatches.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
-        job->copyProviders.insert(copy, provider);
+        job->copyProviders.insert(copy, manager->provider(name));
         connect(copy, SIGNAL(finished(SocialDataRequest *)), this,
                 SLOT(requestFinished(SocialDataRequest *)));
     }
     d->jobsByRequest.insert(request, job);
     connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
+    startProviders(job);
+    return true;
+}
 
-    for (const auto &dispatch : std::as_const(dispatches)) {
+void SocialRequestWorker::startProviders(SocialRequestJob *job)
+{
+    const QPointer<SocialRequestWorker> self(this);
+    SocialDataRequest *const caller = job->callerRequest;
+    const QList<Dispatch> dispatches = dispatchesOf(*job);
+    for (const Dispatch &dispatch : dispatches) {
         // A provider that blocks for a minute ends the job before the others are asked: their
         // copies are about to be deleted then, if they are not gone already.
-        if (!d->isOpen(job))
+        if (!d->isOpen(caller, job) || !dispatch.copy)
             break;
-        dispatch.first->performRequest(dispatch.second);
+        dispatch.provider->performRequest(dispatch.copy);
         if (!self)
-            return true;
+            return;
     }
-
-    if (d->isOpen(job)) {
-        const bool completed = processResults(job);
-        if (!self)
-            return true;
-        if (completed || d->deleteQueue.contains(job))
-            deleteJob(job);
-        else if (d->isOpen(job))
-            d->startTimeout(this, TimeoutMilliseconds);
-    }
-    return true;
+    if (!d->isOpen(caller, job))
+        return;
+    const bool completed = processResults(job);
+    if (!self)
+        return;
+    if (completed || d->isQueued(job))
+        deleteJob(job);
+    else if (d->isOpen(caller, job))
+        d->startTimeout(this, TimeoutMilliseconds);
 }
 
 bool SocialRequestWorker::cancelRequest(SocialDataRequest *request)
@@ -203,7 +234,7 @@ void SocialRequestWorker::requestFinished(SocialDataRequest *request)
     const bool completed = processResults(job);
     // A slot on the caller's request may have let another answer complete the job meanwhile: then
     // it is in the queue, and asked for again it moves to its end.
-    if (self && (completed || d->deleteQueue.contains(job)))
+    if (self && (completed || d->isQueued(job)))
         deleteJob(job);
 }
 
@@ -212,23 +243,20 @@ void SocialRequestWorker::timeoutElapsed()
     d->timeoutsDue = qMax(0, d->timeoutsDue - 1);
     const QPointer<SocialRequestWorker> self(this);
     const QDateTime now = QDateTime::currentDateTime();
-    const QList<SocialRequestJob *> jobs = d->jobsByRequest.values();
-    for (SocialRequestJob *job : jobs) {
-        if (!d->isOpen(job) || job->startTime.secsTo(now) < TimeoutSeconds)
+    const auto jobs = d->jobsByRequest;
+    for (auto entry = jobs.cbegin(); entry != jobs.cend(); ++entry) {
+        SocialRequestJob *const job = entry.value();
+        if (!d->isOpen(entry.key(), job) || job->startTime.secsTo(now) < TimeoutSeconds)
             continue;
-        QList<QPair<QSharedPointer<KinletInterface>, QPointer<SocialDataRequest>>> overdue;
-        for (SocialDataRequest *copy : std::as_const(job->copies)) {
-            if (const QSharedPointer<KinletInterface> provider = job->copyProviders.value(copy))
-                overdue.append(qMakePair(provider, QPointer<SocialDataRequest>(copy)));
-        }
-        for (const auto &entry : std::as_const(overdue)) {
-            if (!entry.second || entry.second->status() == SocialDataRequest::Finished)
+        const QList<Dispatch> dispatches = dispatchesOf(*job);
+        for (const Dispatch &dispatch : dispatches) {
+            if (!dispatch.copy || dispatch.copy->status() == SocialDataRequest::Finished)
                 continue;
-            entry.first->cancelRequest(entry.second);
+            dispatch.provider->cancelRequest(dispatch.copy);
             if (!self)
                 return;
         }
-        if (d->isOpen(job))
+        if (d->isOpen(entry.key(), job))
             processResults(job);
         if (!self)
             return;
@@ -257,9 +285,10 @@ void SocialRequestWorker::onRequestDisposed(QObject *object)
 
 void SocialRequestWorker::deleteJob(SocialRequestJob *job)
 {
-    const auto earlier = d->deleteQueue.indexOf(job);
-    if (earlier >= 0)
-        d->deleteQueue[earlier] = nullptr;
+    const auto earlier = d->queueNumbers.constFind(job);
+    if (earlier != d->queueNumbers.constEnd())
+        d->deleteQueue[int(*earlier - d->takenFromQueue)] = nullptr;
+    d->queueNumbers.insert(job, d->takenFromQueue + d->deleteQueue.size());
     d->deleteQueue.append(job);
     QTimer::singleShot(DeletionMilliseconds, Qt::PreciseTimer, this, SLOT(onDeferredDelete()));
 }
@@ -269,8 +298,10 @@ void SocialRequestWorker::onDeferredDelete()
     if (d->deleteQueue.isEmpty())
         return;
     SocialRequestJob *job = d->deleteQueue.takeFirst();
+    ++d->takenFromQueue;
     if (!job)
         return;
+    d->queueNumbers.remove(job);
     for (SocialDataRequest *copy : std::as_const(job->copies)) {
         // Only copies that were made but never started are still entered.
         d->jobsByCopy.remove(copy);

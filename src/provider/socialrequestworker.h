@@ -41,6 +41,7 @@ private Q_SLOTS:
     void onDeferredDelete();
 
 private:
+    void startProviders(SocialRequestJob *job);
     bool processResults(SocialRequestJob *job);
     void deleteJob(SocialRequestJob *job);
 

@@ -26,7 +26,7 @@ public:
     static const QString ScreenName;
     static const QString FirstName;
     static const QString LastName;
-    /// A list of Media, or of texts that are URLs; the first is the preferred one.
+    /// QVariantList of Media, or QStringList of URLs; the first is the preferred one.
     static const QString AvatarList;
     /// The person's current status text.
     static const QString Status;
@@ -99,7 +99,7 @@ public:
     static const QString CanDataBeCached;
     /// int, KinletAction::Action values joined with "or"
     static const QString SocialActions;
-    /// A list of SocialActionIconTexts
+    /// QVariantList of SocialActionIconTexts
     static const QString ActionIconTexts;
     /// bool
     static const QString ForceAutomerged;

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void withoutProviderTheRequestEndsAtOnce_data();
     void withoutProviderTheRequestEndsAtOnce();
     void accountsOfARemovedProviderAreLeftOut();
+    void aProviderWithoutNameOwnsNoAccounts();
     void anEmptyFilterAsksEverybody();
     void aFilterIsNarrowedToEachProvider();
     void startedBeforeProvidersAreAsked();
@@ -115,6 +116,21 @@ void WorkerDispatchTest::accountsOfARemovedProviderAreLeftOut()
     QCOMPARE(request.status(), SocialDataRequest::Finished);
     QVERIFY(request.errors().isEmpty());
     QCOMPARE(provider->received.count(), 2);
+}
+
+void WorkerDispatchTest::aProviderWithoutNameOwnsNoAccounts()
+{
+    auto *nameless = ScriptedProvider::add(QString(), {a1});
+    SocialRequestWorker worker(nullptr);
+    WatchedRequest request;
+    request.setPerformOnAccountsFilter({a1, QStringLiteral("unknown")});
+    QVERIFY(worker.performRequest(&request));
+    QCOMPARE(request.status(), SocialDataRequest::Finished);
+    QVERIFY(nameless->received.isEmpty());
+    // Without a filter it is one of all.
+    request.setPerformOnAccountsFilter({});
+    QVERIFY(worker.performRequest(&request));
+    QCOMPARE(nameless->received.count(), 1);
 }
 
 void WorkerDispatchTest::anEmptyFilterAsksEverybody()

@@ -18,7 +18,7 @@
 #include <QUuid>
 
 #include <cmath>
-#include <limits>
+#include <type_traits>
 
 namespace {
 
@@ -110,6 +110,15 @@ QJsonValue userValue(const QVariant &value)
     return containerOrText(value);
 }
 
+template <typename Integer>
+QJsonValue wholeNumber(Integer number)
+{
+    constexpr qint64 exact = (qint64(1) << 53) - 1;
+    const bool low = std::is_signed_v<Integer> && qint64(number) < -exact;
+    const bool high = number > Integer(0) && quint64(number) > quint64(exact);
+    return low || high ? QJsonValue(QString::number(number)) : QJsonValue(qint64(number));
+}
+
 QJsonValue textOrNull(bool valid, const QString &text)
 {
     return valid ? QJsonValue(text) : QJsonValue();
@@ -131,17 +140,13 @@ QJsonValue jsonValue(const QVariant &value)
     case QMetaType::Int:
     case QMetaType::Long:
     case QMetaType::LongLong:
-        return value.toLongLong();
+        return wholeNumber(value.toLongLong());
     case QMetaType::UChar:
     case QMetaType::UShort:
     case QMetaType::UInt:
     case QMetaType::ULong:
-    case QMetaType::ULongLong: {
-        const quint64 number = value.toULongLong();
-        if (number > quint64(std::numeric_limits<qint64>::max()))
-            return QString::number(number);
-        return qint64(number);
-    }
+    case QMetaType::ULongLong:
+        return wholeNumber(value.toULongLong());
     case QMetaType::Float:
     case QMetaType::Double:
         return std::isfinite(value.toDouble()) ? QJsonValue(value.toDouble()) : QJsonValue();

@@ -13,8 +13,8 @@
  * A record is {"class": its class name, "properties": all of them, "provider": the provider's
  * name}. The values of properties:
  *
- *   truth values, numbers   true, 12, 0.5; what JSON has no number for is null, whole numbers over
- *                           63 bits are texts
+ *   truth values, numbers   true, 12, 0.5; what JSON has no number for is null, whole numbers of
+ *                           more than 53 bits, which readers would round, are texts
  *   texts, URLs, UUIDs      texts
  *   dates and times         texts in ISO 8601 form, in UTC with milliseconds; null when invalid
  *   byte arrays             texts, in Base64

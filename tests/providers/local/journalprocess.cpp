@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-// An application that the tests start: what it does is its first argument.
+// An application that the tests start: what it does is its first argument, after "unprivileged" if
+// file permissions are to hold for the super-user too.
 
 #include "database.h"
 #include "manager/kinletmanager.h"
@@ -109,7 +110,6 @@ int hold(const QString &path)
     return 0;
 }
 
-// So that file permissions hold for the super-user too.
 void giveUpPrivileges()
 {
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
@@ -122,12 +122,14 @@ void giveUpPrivileges()
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
-    const QStringList arguments = application.arguments();
+    QStringList arguments = application.arguments();
+    if (arguments.value(1) == QLatin1String("unprivileged")) {
+        giveUpPrivileges();
+        arguments.removeAt(1);
+    }
     const QString what = arguments.value(1);
     if (what == QLatin1String("hold"))
         return hold(arguments.value(2));
-    if (what == QLatin1String("unprivileged"))
-        giveUpPrivileges();
     KinletManager *const manager = KinletManager::instance();
     if (!manager->isInitialized())
         return 99;

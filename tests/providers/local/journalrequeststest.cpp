@@ -51,7 +51,7 @@ private Q_SLOTS:
     void unknownKind();
     void pushOfOwnChanges();
     void staysAfterRestart();
-    void privateFolder();
+    void keptPrivate();
 
 private:
     QString post(const QString &text, const QString &parent = QString());
@@ -456,12 +456,19 @@ void JournalRequestsTest::staysAfterRestart()
     QCOMPARE(persons.persons().size(), 1);
 }
 
-void JournalRequestsTest::privateFolder()
+void JournalRequestsTest::keptPrivate()
 {
-    KinletManager::instance();
     const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
         | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    KinletManager::instance();
     QVERIFY(!(QFile::permissions(sandbox->folder()) & others));
+
+    // Also in a folder that is open to everybody.
+    sandbox.reset(new JournalSandbox);
+    QVERIFY(QDir().mkpath(sandbox->folder()));
+    post(QStringLiteral("text"));
+    QVERIFY(!(QFile::permissions(sandbox->databasePath()) & others));
+    QVERIFY(!(QFile::permissions(sandbox->databasePath() + QStringLiteral("-wal")) & others));
 }
 
 QTEST_GUILESS_MAIN(JournalRequestsTest)

@@ -52,8 +52,11 @@ void CliJsonTest::values_data()
     row("true", true, "true");
     row("int", -7, "-7");
     row("unsigned int", 4000000000u, "4000000000");
-    row("the largest number", std::numeric_limits<qint64>::max(), "9223372036854775807");
-    row("larger", QVariant::fromValue(std::numeric_limits<quint64>::max()),
+    row("the largest number", qint64(9007199254740991), "9007199254740991");
+    row("the least number", qint64(-9007199254740991), "-9007199254740991");
+    row("larger", qint64(9007199254740992), "\"9007199254740992\"");
+    row("less", qint64(-9007199254740992), "\"-9007199254740992\"");
+    row("the largest that there is", QVariant::fromValue(std::numeric_limits<quint64>::max()),
         "\"18446744073709551615\"");
     row("short", QVariant::fromValue(short(-3)), "-3");
     row("byte", QVariant::fromValue(uchar(200)), "200");

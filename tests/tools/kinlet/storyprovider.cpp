@@ -215,7 +215,7 @@ QList<SocialGenericData> StoryProvider::found(SocialDataRequest *request)
         return activities(*qobject_cast<SocialGetActivitiesRequest *>(request));
     case SocialDataRequest::GetLikers: {
         const QString id = qobject_cast<SocialGetLikersRequest *>(request)->activityId();
-        const QJsonArray likers = story[QLatin1String("likers")][id].toArray();
+        const QJsonArray likers = story[QLatin1String("likers")].toObject()[id].toArray();
         QList<SocialGenericData> result;
         const auto all = persons(*qobject_cast<SocialGetPersonsRequest *>(request));
         for (const SocialGenericData &person : all) {
@@ -247,7 +247,7 @@ void StoryProvider::performRequest(SocialDataRequest *request)
         return;
     }
     QList<KinletError> errors;
-    const QJsonArray told = story[QLatin1String("errors")][kind].toArray();
+    const QJsonArray told = story[QLatin1String("errors")].toObject()[kind].toArray();
     for (const QJsonValue error : told)
         errors.append(KinletError(KinletError::Type(error[0].toInt()), error[1].toString()));
     request->setResults(found(request));
