@@ -35,7 +35,8 @@ function(kinlet_add_provider name)
         CXX_VISIBILITY_PRESET hidden
         VISIBILITY_INLINES_HIDDEN ON)
     target_link_libraries(${name} PRIVATE Kinlet::Kinlet)
-    install(TARGETS ${name} LIBRARY DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/kinlet-1.0/plugins)
+    # Where the library looks for plug-ins, whatever this system's folder for libraries is.
+    install(TARGETS ${name} LIBRARY DESTINATION lib/kinlet-1.0/plugins)
 
     set(provider_name ${name})
     set(provider_description "${arg_DESCRIPTION}")
@@ -50,5 +51,5 @@ function(kinlet_add_provider name)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${bus_name}.service
         DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
     install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${unit}
-        DESTINATION ${CMAKE_INSTALL_PREFIX}/lib/systemd/user)
+        DESTINATION lib/systemd/user)
 endfunction()

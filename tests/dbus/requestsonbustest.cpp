@@ -17,7 +17,7 @@ const QString accountId = QStringLiteral("a1");
 }
 
 /// What a runner that is not made with Qt receives.
-class RequestBytesTest : public QObject {
+class RequestsOnBusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -34,14 +34,14 @@ private:
     RunnerProcess runner;
 };
 
-QString RequestBytesTest::nextCall()
+QString RequestsOnBusTest::nextCall()
 {
     if (!QTest::qWaitFor([this] { return runner.canReadLine(); }, LongMilliseconds))
         return QString();
     return QString::fromLatin1(runner.readLine()).trimmed();
 }
 
-void RequestBytesTest::checkCall(const QString &call, const QByteArray &request)
+void RequestsOnBusTest::checkCall(const QString &call, const QByteArray &request)
 {
     const QRegularExpression form(
         QStringLiteral("^isay (\\d+) (\\{[0-9a-f]{8}(-[0-9a-f]{4}){3}-[0-9a-f]{12}\\}) (\\S*)$"));
@@ -52,7 +52,7 @@ void RequestBytesTest::checkCall(const QString &call, const QByteArray &request)
     QCOMPARE(match.captured(4), QString::fromLatin1(request.toHex()));
 }
 
-void RequestBytesTest::initTestCase()
+void RequestsOnBusTest::initTestCase()
 {
     QVERIFY(runner.startAs(id, QStringLiteral(KINLET_RECORDER),
                            {QStringLiteral(KINLET_RUNNER_FOLDER), id, accountId}));
@@ -60,13 +60,13 @@ void RequestBytesTest::initTestCase()
     QVERIFY(initialized.wait(LongMilliseconds));
 }
 
-void RequestBytesTest::cleanupTestCase()
+void RequestsOnBusTest::cleanupTestCase()
 {
     KinletManager::cleanupInstance();
 }
 
 // The two that ask for services and accounts are sent without having been started.
-void RequestBytesTest::requestsAtTheStart()
+void RequestsOnBusTest::requestsAtTheStart()
 {
     for (const char *name : {"services-request", "accounts-request"}) {
         QByteArray request = documentedExamples().value(QLatin1String(name));
@@ -76,7 +76,7 @@ void RequestBytesTest::requestsAtTheStart()
     }
 }
 
-void RequestBytesTest::requestsOfEveryKind_data()
+void RequestsOnBusTest::requestsOfEveryKind_data()
 {
     QTest::addColumn<int>("index");
     const auto examples = requestExamples();
@@ -84,7 +84,7 @@ void RequestBytesTest::requestsOfEveryKind_data()
         QTest::newRow(qPrintable(examples.at(i).name)) << i;
 }
 
-void RequestBytesTest::requestsOfEveryKind()
+void RequestsOnBusTest::requestsOfEveryKind()
 {
     QFETCH(int, index);
     const RequestExample example = requestExamples().at(index);
@@ -99,5 +99,5 @@ void RequestBytesTest::requestsOfEveryKind()
     checkCall(nextCall(), documentedExamples().value(example.name));
 }
 
-QTEST_GUILESS_MAIN(RequestBytesTest)
-#include "requestbytestest.moc"
+QTEST_GUILESS_MAIN(RequestsOnBusTest)
+#include "requestsonbustest.moc"
