@@ -281,6 +281,7 @@ void WorkerMergeTest::oneRequestTwiceAtOnce()
     auto *dying = new SocialGetPersonsRequest;
     KinletManager::instance()->performRequest(dying, {});
     KinletManager::instance()->performRequest(dying, {});
+    providers[0]->answer({text("one of two")});
     delete dying;
     const auto all = providers[0]->received;
     for (SocialDataRequest *copy : all)

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void whatIsReportedAndCancelled();
     void youngerRequestsAreLeftAlone();
     void stoppedEndsWithTheMinute();
+    void oneOfTwoPerformancesIsOverdue();
     void aRemovedProviderIsStillCancelled();
     void answersInsideCancelRequest_data();
     void answersInsideCancelRequest();
@@ -166,6 +167,19 @@ void WorkerTimeoutTest::stoppedEndsWithTheMinute()
                                  {Finished, {text("1")}, {KinletError::ProviderTimeout}}};
     QCOMPARE(request.reports, expected);
     QCOMPARE(provider->cancelled, QList<SocialDataRequest *>({provider->last()}));
+}
+
+void WorkerTimeoutTest::oneOfTwoPerformancesIsOverdue()
+{
+    auto *provider = ScriptedProvider::add(text("A"));
+    WatchedRequest request;
+    KinletManager::instance()->performRequest(&request, {});
+    KinletManager::instance()->performRequest(&request, {});
+    provider->answer({text("r")});
+    QCOMPARE(request.status(), Finished);
+    QTRY_COMPARE_WITH_TIMEOUT(provider->cancelled.count(), 1, LongWait);
+    QCOMPARE(provider->cancelled.first(), provider->received.first().data());
+    QCOMPARE(typesOf(request.errors()), QList<int>({KinletError::ProviderTimeout}));
 }
 
 void WorkerTimeoutTest::aRemovedProviderIsStillCancelled()

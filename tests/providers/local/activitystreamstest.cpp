@@ -167,14 +167,20 @@ void ActivityStreamsTest::choosesLanguage_data()
 
     QTest::newRow("only one") << QByteArray(R"("contentMap":{"ga":"<b>a</b>"})")
                               << QStringLiteral("a");
-    QTest::newRow("English if it is not the user's own")
-        << QByteArray(R"("contentMap":{"af":"a","en":"b","fr":"c"})") << QStringLiteral("b");
+    // The test's user reads Canadian French.
+    QTest::newRow("the user's own")
+        << QByteArray(R"("contentMap":{"af":"a","en":"b","fr":"c","fr-CA":"d"})")
+        << QStringLiteral("d");
+    QTest::newRow("the user's own from elsewhere")
+        << QByteArray(R"("contentMap":{"af":"a","en":"b","fr":"c"})") << QStringLiteral("c");
+    QTest::newRow("English if the user's own is missing")
+        << QByteArray(R"("contentMap":{"af":"a","en":"b","ga":"c"})") << QStringLiteral("b");
     QTest::newRow("the text before the map")
         << QByteArray(R"("content":"a","contentMap":{"en":"b"})") << QStringLiteral("a");
     QTest::newRow("every text") << QByteArray(R"("nameMap":{"und":"a"},"summaryMap":{"en":"b"})")
                                 << QStringLiteral("a\n\nb");
     QTest::newRow("map under the plain name")
-        << QByteArray(R"("name":{"en":"a < b","fr":"c"})") << QStringLiteral("a < b");
+        << QByteArray(R"("name":{"en":"a < b","ga":"c"})") << QStringLiteral("a < b");
 }
 
 void ActivityStreamsTest::choosesLanguage()
