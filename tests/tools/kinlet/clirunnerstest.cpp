@@ -175,7 +175,7 @@ void CliRunnersTest::namesTheNearest()
     makeActivatable(QStringLiteral("local"), localCommand());
     const Ended ended = m_cli->run(words("runners start locla"));
     QCOMPARE(ended.code, 2);
-    QVERIFY2(ended.err.contains(QStringLiteral("did you mean local?")), qPrintable(ended.err));
+    QVERIFY2(ended.err.contains(QStringLiteral("did you mean \"local\"?")), qPrintable(ended.err));
 }
 
 void CliRunnersTest::refusesOtherActions()
