@@ -116,7 +116,8 @@ public:
     /// Returns when the file is done with, when nobody has taken it in time, or when interrupted.
     void wait(int milliseconds)
     {
-        const Progress progress([this] { return QStringLiteral("importing ") + name(); });
+        const Progress progress(
+            [this] { return QStringLiteral("importing ") + file.place().fileName(); });
         QTimer look;
         QObject::connect(&look, &QTimer::timeout, &loop, [this, milliseconds] {
             waited += 50;
@@ -131,7 +132,6 @@ public:
     bool taken() const { return file.place().absolutePath() != folder; }
     bool succeeded() const { return isIn(QStringLiteral("done")); }
     bool failed() const { return isIn(QStringLiteral("failed")); }
-    QString name() const { return file.place().fileName(); }
     /// The numbers of this process; none if another program has read the file.
     std::optional<Counts> result() const { return counts; }
 
@@ -166,10 +166,10 @@ private:
     int waited = 0;
 };
 
-void printResult(Context &context, const QString &name, const std::optional<Counts> &counts)
+void printResult(Context &context, const QString &source, const std::optional<Counts> &counts)
 {
     if (context.line.json) {
-        QJsonObject properties{{QStringLiteral("file"), name}};
+        QJsonObject properties{{QStringLiteral("file"), source}};
         if (counts) {
             properties.insert(QStringLiteral("added"), counts->added);
             properties.insert(QStringLiteral("removed"), counts->removed);
@@ -185,7 +185,7 @@ void printResult(Context &context, const QString &name, const std::optional<Coun
                                          .arg(counts->removed)
                                          .arg(counts->merged)
                                    : QStringLiteral(" by another program that is running.");
-    context.out.line(QStringLiteral("Imported ") + isolated(oneLine(name)) + numbers);
+    context.out.line(QStringLiteral("Imported ") + isolated(oneLine(source)) + numbers);
 }
 
 }
@@ -210,7 +210,7 @@ ExitCode runImport(Context &context)
     Import import(context.session, file, QFileInfo(folder).canonicalFilePath());
     import.wait(context.line.waitMilliseconds);
     if (import.succeeded())
-        printResult(context, import.name(), import.result());
+        printResult(context, source, import.result());
     else if (import.failed())
         context.report.failure(source + QStringLiteral(": ") + import.reason());
     else

@@ -25,9 +25,9 @@ class Cli {
 public:
     Cli();
 
-    /// Adds the provider "alder", "birch" or "cedar", which tells the story.
+    /// Adds the provider "alder", "birch", "cedar" or "local", which tells the story.
     void addProvider(const QString &name, const QByteArray &story = "{}");
-    /// Adds the provider "local".
+    /// Adds the real provider "local".
     void addLocal();
 
     /// Runs the client to its end, with \a input as its standard input.
