@@ -3,6 +3,7 @@
 
 #include "manager/kinletmanager.h"
 
+#include "dbus/socialdbuspluginrepository.h"
 #include "manager/kinletmanager_p.h"
 #include "plugins/socialpluginloader.h"
 #include "requests/getaggregatedservicesrequest.h"
@@ -15,21 +16,12 @@ namespace {
 
 const QString nameKey = QStringLiteral("name");
 
-// Until there are providers on the bus.
-class NoProviders : public SocialPluginRepository {
-public:
-    QStringList validPlugins() const override { return {}; }
-    void removePlugin(const QString &) override { }
-    PersonCollectorInterface *plugin(const QString &) override { return nullptr; }
-    KinletInterface *kinletPlugin(const QString &) override { return nullptr; }
-};
-
 SocialPluginRepository *createRepository()
 {
     // Any value with a 0 in it, 10 too, switches the bus off.
     if (qgetenv("KINLET_USE_DBUS").contains('0'))
         return SocialPluginLoader::createClassLoader();
-    return new NoProviders;
+    return new SocialDBusPluginRepository(nullptr);
 }
 
 // A handle may outlive its provider, which unloading the plug-in deletes: then there is nothing

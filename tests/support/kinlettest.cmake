@@ -23,12 +23,13 @@ function(kinlet_test_sandbox name)
 endfunction()
 
 # kinlet_test(NAME [SOURCES file...] [LIBRARIES target...] [ENVIRONMENT variable=value...]
-#             [PACE factor] [TIMEOUT seconds])
+#             [PACE factor] [TIMEOUT seconds] [BUS])
 #
 # A QtTest program; without SOURCES its source is NAME.cpp. With PACE its clocks run that many times as
-# fast, so that a minute passes in seconds.
+# fast, so that a minute passes in seconds. With BUS it has a session bus of its own, which starts what
+# the service files in the folder KINLET_TEST_SERVICES say, and no others.
 function(kinlet_test name)
-    cmake_parse_arguments(PARSE_ARGV 1 arg "" "PACE;TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT")
+    cmake_parse_arguments(PARSE_ARGV 1 arg "BUS" "PACE;TIMEOUT" "SOURCES;LIBRARIES;ENVIRONMENT")
     if(NOT arg_SOURCES)
         set(arg_SOURCES ${name}.cpp)
     endif()
@@ -40,7 +41,16 @@ function(kinlet_test name)
     target_link_libraries(${name} PRIVATE
         kinlet Qt${QT_VERSION_MAJOR}::Test ${arg_LIBRARIES})
     target_include_directories(${name} PRIVATE ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/..)
-    add_test(NAME ${name} COMMAND ${name})
+    if(arg_BUS)
+        set(bus_services ${CMAKE_CURRENT_BINARY_DIR}/${name}.services)
+        file(MAKE_DIRECTORY ${bus_services})
+        configure_file(${CMAKE_CURRENT_FUNCTION_LIST_DIR}/session.conf.in ${name}.session.conf @ONLY)
+        add_test(NAME ${name} COMMAND dbus-run-session
+            --config-file=${CMAKE_CURRENT_BINARY_DIR}/${name}.session.conf -- $<TARGET_FILE:${name}>)
+        list(APPEND arg_ENVIRONMENT KINLET_USE_DBUS= KINLET_TEST_SERVICES=${bus_services})
+    else()
+        add_test(NAME ${name} COMMAND ${name})
+    endif()
     kinlet_test_sandbox(${name})
     set_tests_properties(${name} PROPERTIES TIMEOUT ${arg_TIMEOUT})
     set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT ${arg_ENVIRONMENT})

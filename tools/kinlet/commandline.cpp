@@ -137,17 +137,19 @@ QString optionMistake(const QCommandLineParser &parser, const Command &command)
 
 QString argumentMistake(const CommandLine &line)
 {
-    const QStringList expected = line.command->arguments.split(QLatin1Char(' '));
-    const int wanted = line.command->arguments.isEmpty() ? 0 : int(expected.size());
-    if (line.arguments.size() == wanted)
+    const QStringList expected =
+        line.command->arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+    const int most = int(expected.size());
+    const int least = most - int(line.command->arguments.count(QLatin1Char('[')));
+    if (line.arguments.size() >= least && line.arguments.size() <= most)
         return QString();
     const QString usage =
         QStringLiteral("kinlet %1 %2").arg(line.command->name, line.command->arguments).trimmed();
-    if (line.arguments.size() < wanted)
+    if (line.arguments.size() < least)
         return QStringLiteral("%1 is missing: %2").arg(expected[line.arguments.size()], usage);
     const bool text = line.command->arguments.endsWith(QStringLiteral("TEXT"));
     return QStringLiteral("too many arguments, from \"%1\" on: %2%3")
-        .arg(line.arguments[wanted], usage,
+        .arg(line.arguments[most], usage,
              text ? QStringLiteral(" (put the text in quotes)") : QString());
 }
 

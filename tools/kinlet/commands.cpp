@@ -46,6 +46,13 @@ const QList<Command> &allCommands()
          true,
          runImport},
         {text("watch"), {}, text("print what comes in, until Ctrl-C"), {}, false, runWatch},
+        {text("runners"),
+         text("[start] [NAME]"),
+         text("list the providers on the bus, or have it start them"),
+         {},
+         false,
+         nullptr,
+         runRunners},
     };
     return commands;
 }

@@ -19,7 +19,7 @@ struct Context {
 
 struct Command {
     QString name;
-    /// The names of its arguments, separated by blanks.
+    /// The names of its arguments, separated by blanks; in brackets those that can be left out.
     QString arguments;
     QString description;
     /// The options that it takes beyond those that every command takes.
@@ -27,6 +27,8 @@ struct Command {
     /// Whether the providers must have reported their accounts before it runs.
     bool needsStart = true;
     ExitCode (*run)(Context &context) = nullptr;
+    /// In place of run(), for a command that uses no providers.
+    ExitCode (*runAlone)(const CommandLine &line, Output &out, Report &report) = nullptr;
 };
 
 const QList<Command> &allCommands();
@@ -44,3 +46,4 @@ ExitCode runUnlike(Context &context);
 ExitCode runLikers(Context &context);
 ExitCode runImport(Context &context);
 ExitCode runWatch(Context &context);
+ExitCode runRunners(const CommandLine &line, Output &out, Report &report);

@@ -63,8 +63,9 @@ ExitCode noProvider(const Report &report)
                 .arg(path.isEmpty() ? QStringLiteral("/usr/lib/kinlet-1.0/plugins") : path));
     } else {
         report.note(QStringLiteral(
-            "looked on the session bus, where a later release will find providers; use "
-            "--in-process (or KINLET_USE_DBUS=0) to load plug-ins into this process"));
+            "looked on the session bus: \"kinlet runners\" lists what it can start, and \"kinlet "
+            "runners start\" has it started; --in-process (or KINLET_USE_DBUS=0) loads plug-ins "
+            "into this process instead"));
     }
     report.note(QStringLiteral("to get one, install a package kinlet-provider-..., or name a "
                                "folder of plug-ins with --plugin-path or KINLET_PLUGIN_PATH"));
@@ -75,6 +76,8 @@ ExitCode runCommand(const CommandLine &line, Output &out)
 {
     Report report;
     applyEnvironment(line);
+    if (line.command->runAlone)
+        return line.command->runAlone(line, out, report);
     Session session(line, report);
     if (!session.hasProviders())
         return noProvider(report);

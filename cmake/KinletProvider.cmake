@@ -1,0 +1,55 @@
+# SPDX-FileCopyrightText: 2026 The Kinlet developers
+# SPDX-License-Identifier: LGPL-2.1-or-later
+
+# kinlet_add_provider(NAME [DESCRIPTION text] [ADDRESS_FAMILIES family...] SOURCES file...)
+#
+# Builds the provider plug-in NAME.so as target NAME and installs it into the folder where Kinlet looks for
+# plug-ins, with what lets the session bus start it in a process of its own: a D-Bus service file and a
+# systemd user unit, which keeps the process from gaining privileges and from writing to the system, gives
+# it a folder for temporary files of its own, and limits its sockets to ADDRESS_FAMILIES: AF_UNIX is always
+# among them, a provider for a network usually adds AF_INET AF_INET6.
+#
+# NAME is the "name" of the provider's meta-data: letters, digits and _, no digit first.
+
+include(GNUInstallDirs)
+
+set(KINLET_PROVIDER_TEMPLATES ${CMAKE_CURRENT_LIST_DIR})
+
+function(kinlet_add_provider name)
+    cmake_parse_arguments(PARSE_ARGV 1 arg "" "DESCRIPTION" "ADDRESS_FAMILIES;SOURCES")
+    if(NOT name MATCHES "^[A-Za-z_][A-Za-z0-9_]*$")
+        message(FATAL_ERROR "kinlet_add_provider: '${name}' cannot be part of a bus name: letters, "
+            "digits and _ only, no digit first")
+    endif()
+    if(NOT arg_SOURCES)
+        message(FATAL_ERROR "kinlet_add_provider(${name}): name its files after SOURCES")
+    endif()
+    if(NOT arg_DESCRIPTION)
+        set(arg_DESCRIPTION "Kinlet provider ${name}")
+    endif()
+
+    add_library(${name} MODULE ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES
+        AUTOMOC ON
+        PREFIX ""
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON)
+    target_link_libraries(${name} PRIVATE Kinlet::Kinlet)
+    # Where the library looks for plug-ins, whatever this system's folder for libraries is.
+    install(TARGETS ${name} LIBRARY DESTINATION lib/kinlet-1.0/plugins)
+
+    set(provider_name ${name})
+    set(provider_description "${arg_DESCRIPTION}")
+    list(JOIN arg_ADDRESS_FAMILIES " " provider_families)
+    set(runner ${CMAKE_INSTALL_FULL_BINDIR}/kinlet-runner)
+    set(bus_name com.orvane.kinlet.${name})
+    set(unit kinlet-provider-${name}.service)
+    configure_file(${KINLET_PROVIDER_TEMPLATES}/provider-bus.service.in
+        ${CMAKE_CURRENT_BINARY_DIR}/${bus_name}.service @ONLY)
+    configure_file(${KINLET_PROVIDER_TEMPLATES}/provider-unit.service.in
+        ${CMAKE_CURRENT_BINARY_DIR}/${unit} @ONLY)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${bus_name}.service
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
+    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${unit}
+        DESTINATION lib/systemd/user)
+endfunction()

@@ -1,0 +1,16 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+/**
+ * What it costs QRegExp to compile the pattern: about the number of states and of pairs of them
+ * that it keeps. Nothing if it cannot be trusted with the pattern: one of more than 1,000
+ * characters, with groups nested deeper than 20 or with repetition bounds that multiply to more
+ * than 1,000.
+ */
+std::optional<qint64> patternCost(const QString &pattern, int syntax);

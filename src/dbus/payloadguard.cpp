@@ -1,0 +1,502 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "dbus/payloadguard.h"
+
+#include "dbus/patternguard.h"
+#include "requests/socialdatarequest.h"
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QMetaType>
+#include <QVariant>
+#include <QtEndian>
+
+namespace {
+
+constexpr int DeepestNesting = 64;
+constexpr int MostPatterns = 1000;
+constexpr qint64 HighestPatternCost = 2000000;
+
+// Bytes of the shortest element of each kind.
+constexpr int SmallestText = 4;
+constexpr int SmallestVariant = 5;
+constexpr int SmallestRecord = SmallestText + 4;
+constexpr int SmallestPattern = SmallestText + 3;
+constexpr int SmallestMedia = 4 + 3 * SmallestText;
+
+// Type ids as they stand in the stream.
+constexpr int RegExpType = 27;
+constexpr int UserType = 1024;
+constexpr int UserTypeBeforeQt5 = 127;
+constexpr int FirstMovedTypeBeforeQt5 = 128;
+constexpr int MovedBy = 97;
+
+int typeId(const char *name)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    return QMetaType::type(name);
+#else
+    return QMetaType::fromName(name).id();
+#endif
+}
+
+// The number since Qt 5 of a type that has that one in an older stream; -1 if none had it.
+int typeBeforeQt5(int type)
+{
+    if (type == UserTypeBeforeQt5)
+        return UserType;
+    if (type >= UserType)
+        return -1;
+    return type >= FirstMovedTypeBeforeQt5 ? type - MovedBy : type;
+}
+
+// Reads a value of that type and drops it; false if the type cannot be streamed.
+bool readValue(QDataStream &in, int type)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    QVariant value(type, nullptr);
+    return QMetaType::load(in, type, value.data());
+#else
+    QVariant value{QMetaType(type)};
+    return QMetaType(type).load(in, value.data());
+#endif
+}
+
+// A type that is registered may still have no operators.
+bool canBeRead(int type)
+{
+    QDataStream nothing{QByteArray()};
+    return readValue(nothing, type);
+}
+
+// Follows Qt's readers step by step. Like them it goes on after a short or corrupt field, with the
+// status set, so that it meets what they will meet.
+class Walk {
+public:
+    Walk(const QByteArray &bytes, int version) : m_bytes(bytes), m_version(version) { }
+
+    void request(int kind);
+    void record(int depth);
+    int safeBytes() const { return m_unsafeAt < 0 ? int(m_bytes.size()) : m_unsafeAt; }
+
+private:
+    // As the containers of QDataStream do: an earlier error is put aside and comes back at the end.
+    class Container {
+    public:
+        explicit Container(Walk &walk) : m_walk(walk), m_earlier(walk.m_status)
+        {
+            walk.m_status = QDataStream::Ok;
+        }
+        ~Container()
+        {
+            if (m_earlier != QDataStream::Ok)
+                m_walk.m_status = m_earlier;
+        }
+        Q_DISABLE_COPY(Container)
+
+    private:
+        Walk &m_walk;
+        const QDataStream::Status m_earlier;
+    };
+
+    int left() const { return int(m_bytes.size()) - m_position; }
+    bool goesOn() const { return m_status == QDataStream::Ok && m_unsafeAt < 0; }
+    void unsafe(int position);
+    void fail(QDataStream::Status status);
+    bool skip(int size);
+    template <typename T>
+    T number();
+    QByteArray block(quint32 size);
+    QByteArray text();
+    QByteArray byteArray();
+
+    template <typename Element>
+    void elements(int smallest, Element element);
+    void texts();
+    template <typename Value>
+    void map(int smallestValue, Value value);
+
+    void date();
+    void dateTime();
+    void timeZone();
+    void pattern();
+    void patterns();
+    void media();
+    void variant(int depth);
+    bool value(int type, int depth);
+    bool namedValue(const QByteArray &name, int depth);
+    bool ownValue(const QByteArray &name, int depth);
+    void registeredValue(int type);
+
+    const QByteArray &m_bytes;
+    const int m_version;
+    int m_position = 0;
+    int m_unsafeAt = -1;
+    int m_patterns = 0;
+    qint64 m_patternCost = 0;
+    QDataStream::Status m_status = QDataStream::Ok;
+};
+
+void Walk::unsafe(int position)
+{
+    if (m_unsafeAt < 0)
+        m_unsafeAt = position;
+}
+
+void Walk::fail(QDataStream::Status status)
+{
+    if (m_status == QDataStream::Ok)
+        m_status = status;
+}
+
+// What is there of a field that is cut short is used up, as by Qt.
+bool Walk::skip(int size)
+{
+    const bool whole = size <= left();
+    if (!whole)
+        fail(QDataStream::ReadPastEnd);
+    m_position += qMin(size, left());
+    return whole;
+}
+
+template <typename T>
+T Walk::number()
+{
+    const char *at = m_bytes.constData() + m_position;
+    return skip(sizeof(T)) ? qFromBigEndian<T>(at) : T(0);
+}
+
+QByteArray Walk::block(quint32 size)
+{
+    const char *at = m_bytes.constData() + m_position;
+    return skip(int(qMin<quint32>(size, INT_MAX))) ? QByteArray::fromRawData(at, int(size))
+                                                   : QByteArray();
+}
+
+// The UTF-16 code units of a string.
+QByteArray Walk::text()
+{
+    const auto size = number<quint32>();
+    if (size == 0xffffffff || size == 0)
+        return QByteArray();
+    if (size % 2 != 0) {
+        fail(QDataStream::ReadCorruptData);
+        return QByteArray();
+    }
+    return block(size);
+}
+
+QByteArray Walk::byteArray()
+{
+    const auto size = number<quint32>();
+    return size == 0xffffffff ? QByteArray() : block(size);
+}
+
+template <typename Element>
+void Walk::elements(int smallest, Element element)
+{
+    const Container container(*this);
+    const int at = m_position;
+    const auto count = number<quint32>();
+    if (count > quint32(left() / smallest))
+        unsafe(at);
+    for (quint32 i = 0; i < count && goesOn(); ++i)
+        element();
+}
+
+void Walk::texts()
+{
+    elements(SmallestText, [this] { text(); });
+}
+
+template <typename Value>
+void Walk::map(int smallestValue, Value value)
+{
+    elements(SmallestText + smallestValue, [&] {
+        text();
+        value();
+    });
+}
+
+void Walk::date()
+{
+    skip(m_version < QDataStream::Qt_5_0 ? sizeof(quint32) : sizeof(qint64));
+}
+
+void Walk::dateTime()
+{
+    date();
+    skip(sizeof(quint32));
+    const int at = m_position;
+    const auto spec = number<quint8>();
+    if (m_version < QDataStream::Qt_5_0)
+        return;
+    if (spec == Qt::OffsetFromUTC) {
+        skip(sizeof(qint32));
+    } else if (spec == Qt::TimeZone) {
+        timeZone();
+    } else if (spec > Qt::TimeZone) {
+        unsafe(at);
+    }
+}
+
+void Walk::timeZone()
+{
+    const int at = m_position;
+    const auto zone = [this] {
+        QString id;
+        const QByteArray units = text();
+        for (int i = 0; i + 1 < units.size(); i += 2)
+            id.append(QChar(qFromBigEndian<quint16>(units.constData() + i)));
+        return id;
+    };
+    QString id = zone();
+    if (id == QLatin1String("OffsetFromUtc")) {
+        id = zone();
+        skip(sizeof(qint32));
+        text();
+        text();
+        skip(sizeof(qint32));
+        text();
+    }
+    // Qt opens the file of that name.
+    if (id.contains(QLatin1String("..")))
+        unsafe(at);
+}
+
+void Walk::pattern()
+{
+    const int at = m_position;
+    const QByteArray units = text();
+    skip(sizeof(quint8));
+    const int syntax = number<quint8>();
+    skip(sizeof(quint8));
+    QString pattern(units.size() / 2, Qt::Uninitialized);
+    qFromBigEndian<quint16>(units.constData(), pattern.size(), pattern.data());
+    const auto cost = patternCost(pattern, syntax);
+    m_patternCost += cost.value_or(0);
+    if (++m_patterns > MostPatterns || !cost || m_patternCost > HighestPatternCost)
+        unsafe(at);
+}
+
+void Walk::patterns()
+{
+    map(SmallestPattern, [this] { pattern(); });
+}
+
+void Walk::media()
+{
+    skip(sizeof(qint32));
+    text();
+    text();
+    text();
+}
+
+void Walk::variant(int depth)
+{
+    const int at = m_position;
+    auto type = int(number<quint32>());
+    skip(sizeof(qint8));
+    if (m_version < QDataStream::Qt_5_0)
+        type = typeBeforeQt5(type);
+    const bool known = depth <= DeepestNesting
+        && (type == UserType ? namedValue(byteArray(), depth) : value(type, depth));
+    if (!known)
+        unsafe(at);
+}
+
+// False for a type that is not known to be safe.
+bool Walk::value(int type, int depth)
+{
+    switch (type) {
+    case QMetaType::UnknownType:
+        if (m_version < QDataStream::Qt_5_0)
+            text();
+        break;
+    case QMetaType::Bool:
+    case QMetaType::Char:
+    case QMetaType::SChar:
+    case QMetaType::UChar:
+        skip(1);
+        break;
+    case QMetaType::Short:
+    case QMetaType::UShort:
+    case QMetaType::QChar:
+        skip(2);
+        break;
+    case QMetaType::Int:
+    case QMetaType::UInt:
+    case QMetaType::QTime:
+        skip(4);
+        break;
+    case QMetaType::Long:
+    case QMetaType::ULong:
+    case QMetaType::LongLong:
+    case QMetaType::ULongLong:
+    case QMetaType::Float: // as a double
+    case QMetaType::Double:
+        skip(8);
+        break;
+    case QMetaType::QUuid:
+        skip(16);
+        break;
+    case QMetaType::QString:
+        text();
+        break;
+    case QMetaType::QByteArray:
+    case QMetaType::QUrl:
+        byteArray();
+        break;
+    case QMetaType::QStringList:
+        texts();
+        break;
+    case QMetaType::QByteArrayList:
+        elements(SmallestText, [this] { byteArray(); });
+        break;
+    case QMetaType::QDate:
+        date();
+        break;
+    case QMetaType::QDateTime:
+        dateTime();
+        break;
+    case QMetaType::QVariant:
+        variant(depth + 1);
+        break;
+    case QMetaType::QVariantList:
+        elements(SmallestVariant, [=] { variant(depth + 1); });
+        break;
+    case QMetaType::QVariantMap:
+    case QMetaType::QVariantHash:
+        map(SmallestVariant, [=] { variant(depth + 1); });
+        break;
+    case RegExpType:
+        // Qt 6 knows it only once somebody has registered it.
+        if (typeId("QRegExp") == QMetaType::UnknownType)
+            return false;
+        pattern();
+        break;
+    default:
+        return false;
+    }
+    return true;
+}
+
+// A type of Kinlet, which is streamed in a known form; false for any other.
+bool Walk::ownValue(const QByteArray &name, int depth)
+{
+    if (name == "Media" || name == "SocialActionIconTexts") {
+        media();
+    } else if (name == "SocialActivityAttachment") {
+        for (int i = 0; i < 4; ++i)
+            text();
+        elements(SmallestMedia, [this] { media(); });
+    } else if (name == "SocialImportProgress") {
+        skip(sizeof(qint8) + 3 * sizeof(qint32));
+    } else if (name == "KinletError") {
+        text();
+        skip(sizeof(qint32));
+    } else if (name == "SocialGenericData" || name == "SocialNetworkPerson"
+               || name == "SocialActivity" || name == "SocialService"
+               || name == "SocialServiceAccount") {
+        record(depth + 1);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+bool Walk::namedValue(const QByteArray &name, int depth)
+{
+    // A copy, for the null byte at its end: the stream may have none.
+    const int type = typeId(QByteArray(name.constData(), name.size()).constData());
+    if (type == QMetaType::UnknownType)
+        return false;
+    if (type < QMetaType::User)
+        return value(type, depth);
+    if (!canBeRead(type))
+        return false;
+    // The type may have several names.
+    const QByteArray ownName = QMetaType(type).name();
+    if (ownName == "QRegExp") {
+        pattern();
+    } else if (ownName == "QList<Media>") {
+        elements(SmallestMedia, [this] { media(); });
+    } else if (ownName.contains('<')) {
+        // Qt's readers of other containers trust any count.
+        return false;
+    } else if (!ownValue(ownName, depth)) {
+        registeredValue(type);
+    }
+    return true;
+}
+
+// Only the type itself knows its form.
+void Walk::registeredValue(int type)
+{
+    QDataStream in(QByteArray::fromRawData(m_bytes.constData() + m_position, left()));
+    in.setVersion(m_version);
+    in.setStatus(m_status);
+    readValue(in, type);
+    m_position += int(in.device()->pos());
+    m_status = in.status();
+}
+
+void Walk::record(int depth)
+{
+    text();
+    map(SmallestVariant, [=] { variant(depth); });
+}
+
+void Walk::request(int kind)
+{
+    skip(sizeof(qint32)); // kind
+    skip(sizeof(qint32)); // status
+    elements(SmallestRecord, [this] { record(1); });
+    texts();
+    switch (kind) {
+    case SocialDataRequest::GetPersons:
+        patterns();
+        break;
+    case SocialDataRequest::GetLikers:
+        patterns();
+        text();
+        break;
+    case SocialDataRequest::GetActivities:
+        texts();
+        skip(sizeof(qint32)); // limit
+        dateTime();
+        dateTime();
+        texts();
+        text();
+        skip(3); // type, timeline, force refresh
+        break;
+    case SocialDataRequest::PostActivities:
+        skip(1); // type
+        text();
+        text();
+        break;
+    case SocialDataRequest::LikeActivity:
+        text();
+        skip(1); // like
+        break;
+    default:
+        break;
+    }
+}
+
+}
+
+int safeRequestBytes(const QByteArray &bytes, int version, int kind)
+{
+    Walk walk(bytes, version);
+    walk.request(kind);
+    return walk.safeBytes();
+}
+
+int safeRecordBytes(const QByteArray &bytes, int version)
+{
+    Walk walk(bytes, version);
+    walk.record(1);
+    return walk.safeBytes();
+}

@@ -1,0 +1,173 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "dbus/busnames.h"
+#include "exitcodes.h"
+#include "providerplugin.h"
+#include "runnerhost.h"
+
+#include <Kinlet/KinletInitializer>
+#include <Kinlet/KinletInterface>
+
+#include <QCommandLineParser>
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QRegularExpression>
+#include <QSocketNotifier>
+#include <QTimer>
+
+#include <sys/signalfd.h>
+
+#include <csignal>
+#include <cstdio>
+
+namespace {
+
+int fail(ExitCode code, const QString &text)
+{
+    std::fprintf(stderr, "kinlet-runner: %s\n", qPrintable(text));
+    return code;
+}
+
+int list()
+{
+    const QStringList paths = pluginFiles();
+    if (paths.isEmpty())
+        std::printf("No plug-ins in %s\n", qPrintable(pluginFolder()));
+    for (const QString &path : paths) {
+        const LoadedProvider loaded = loadFile(path);
+        if (loaded.provider)
+            std::printf("%-16s %s\n", qPrintable(loaded.name), qPrintable(path));
+        else
+            std::printf("%-16s %s\n", "-", qPrintable(loaded.problem));
+    }
+    return Done;
+}
+
+// One element of a bus name that is one of an object path too.
+bool isValidElement(const QString &name)
+{
+    static const QRegularExpression element(QStringLiteral("\\A[A-Za-z_][A-Za-z0-9_]*\\z"));
+    constexpr int longestBusName = 255;
+    return element.match(name).hasMatch() && BusNames::service(name).size() <= longestBusName;
+}
+
+// Blocked for every thread, so that they arrive as readable bytes in the event loop.
+int terminationSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    sigaddset(&signals, SIGTERM);
+    sigaddset(&signals, SIGINT);
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
+{
+    const QString service = BusNames::service(loaded.name);
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return fail(NoBus,
+                    QStringLiteral("there is no session bus: %1; 'dbus-run-session' "
+                                   "starts one")
+                        .arg(bus.lastError().message()));
+    loaded.provider->init();
+    RunnerHost host(loaded.provider, loaded.name, bus);
+    // The object first: whoever sees the name may call it.
+    bus.registerObject(BusNames::path(loaded.name), &host, QDBusConnection::ExportAdaptors);
+    if (!bus.registerService(service))
+        return fail(NameTaken, QStringLiteral("%1 is taken by another process").arg(service));
+
+    const auto leave = [&] {
+        bus.unregisterService(service);
+        host.stop();
+        QCoreApplication::exit(Done);
+    };
+    QSocketNotifier terminated(signalFile, QSocketNotifier::Read);
+    QObject::connect(&terminated, &QSocketNotifier::activated, &host, leave);
+    QTimer idle;
+    idle.setSingleShot(true);
+    if (idleSeconds > 0) {
+        idle.setInterval(idleSeconds * 1000);
+        idle.start();
+        QObject::connect(&host, &RunnerHost::used, &idle, [&] {
+            if (host.isBusy())
+                idle.stop();
+            else
+                idle.start();
+        });
+        QObject::connect(&idle, &QTimer::timeout, &host, leave);
+    }
+    bus.connect(QString(), QStringLiteral("/org/freedesktop/DBus/Local"),
+                QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &host,
+                SIGNAL(busLost()));
+    QObject::connect(&host, &RunnerHost::busLost, &host, [] {
+        QCoreApplication::exit(fail(BusLost, QStringLiteral("the session bus went away")));
+    });
+    return QCoreApplication::exec();
+}
+
+}
+
+int main(int argc, char *argv[])
+{
+    const int signalFile = terminationSignals();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("kinlet-runner"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(KINLET_VERSION));
+    KinletInitializer::init();
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Serves a provider plug-in on the session bus, as com.orvane.kinlet.NAME.\n\n"
+        "Ends with 0 when asked to by SIGTERM or SIGINT, 1 when the bus goes away, 2 after wrong\n"
+        "use, 3 without such a provider, 4 for a name that cannot be part of a bus name, 5\n"
+        "without a bus, 6 when the name is taken.\n\n"
+        "Plug-ins are looked for in KINLET_PLUGIN_PATH or /usr/lib/kinlet-1.0/plugins."));
+    parser.addHelpOption();
+    parser.addVersionOption();
+    const QCommandLineOption listOption(QStringLiteral("list"),
+                                        QStringLiteral("Show the plug-ins that are found."));
+    const QCommandLineOption idleOption(
+        QStringLiteral("idle-exit"),
+        QStringLiteral("Leave when nobody has asked for that many seconds."),
+        QStringLiteral("seconds"));
+    parser.addOptions({listOption, idleOption});
+    parser.addPositionalArgument(QStringLiteral("NAME|FILE.so"),
+                                 QStringLiteral("The provider, by its name or by its file."));
+    if (!parser.parse(QCoreApplication::arguments()))
+        return fail(WrongUse, parser.errorText() + QStringLiteral("; see --help"));
+    if (parser.isSet(QStringLiteral("help")))
+        parser.showHelp(Done);
+    if (parser.isSet(QStringLiteral("version")))
+        parser.showVersion();
+    if (parser.isSet(listOption))
+        return list();
+
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != 1)
+        return fail(WrongUse, QStringLiteral("name one provider, or its file; see --help"));
+    bool isNumber = true;
+    const int idleSeconds =
+        parser.isSet(idleOption) ? parser.value(idleOption).toInt(&isNumber) : 0;
+    constexpr int mostSeconds = 24 * 24 * 3600;
+    if (!isNumber || idleSeconds < 0 || idleSeconds > mostSeconds
+        || (parser.isSet(idleOption) && idleSeconds == 0))
+        return fail(
+            WrongUse,
+            QStringLiteral("--idle-exit takes a number of seconds from 1 to %1").arg(mostSeconds));
+
+    const QString &wanted = arguments.first();
+    const bool isFile = wanted.endsWith(QStringLiteral(".so")) || wanted.contains(QLatin1Char('/'));
+    const LoadedProvider loaded = isFile ? loadFile(wanted) : loadByName(wanted);
+    if (!loaded.provider)
+        return fail(NoProvider, loaded.problem);
+    if (!isValidElement(loaded.name))
+        return fail(InvalidName,
+                    QStringLiteral("the provider's name '%1' cannot be part of a bus "
+                                   "name: letters, digits and _ only, no digit first")
+                        .arg(loaded.name));
+    return serve(loaded, idleSeconds, signalFile);
+}
