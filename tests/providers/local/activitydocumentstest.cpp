@@ -78,6 +78,8 @@ void ActivityDocumentsTest::reportsBadDocuments_data()
         "\"actor\" is a number, not an object or its URL");
     row("truth as an object", with("\"object\":[true]"),
         "\"object\" is true or false, not an object or its URL");
+    row("number as a target", with("\"target\":1"),
+        "\"target\" is a number, not an object or its URL");
     row("number in the object", with("\"object\":{\"id\":1}"),
         "in its \"object\": \"id\" is a number, not a text");
     row("items of an ordered collection", with("\"type\":\"OrderedCollection\",\"items\":[]"),
@@ -159,6 +161,8 @@ void ActivityDocumentsTest::acceptsDocuments_data()
         R"({"nameMap":{"en":"","und":"","zh-Hans":"","zh-cmn-Hans-CN":"","es-419":"","sl-rozaj-biske":"",
            "de-CH-1996":"","en-u-co-phonebk":"","de-DE-x-goethe":"","x-whatever":"","i-klingon":"",
            "tlh":"","en-GB-oed":"","sgn-BE-FR":"","DE-de":""}})");
+    QTest::newRow("link to a page")
+        << with(R"("type":"Collection","first":{"type":"Link","href":"x:y"})");
     QTest::newRow("huge numbers") << QByteArray(
         R"({"latitude":123456789012345678901234567890,"a":-1e-300,"b":1e300})");
 

@@ -94,6 +94,17 @@ void ActivityObjectsTest::readsPosts_data()
     row("time of the last change",
         "\"type\":\"Note\"," + id + ",\"content\":\"a\",\"updated\":\"2026-11-21T00:37:05Z\"",
         {"status|https://e.org/n|||a|2026-11-21T00:37:05.000Z|"});
+    row("first time before the last change", note + ",\"updated\":\"2026-11-22T00:00:00Z\"",
+        {noteLine});
+    row("time of the note before that of its creation",
+        "\"type\":\"Create\",\"published\":\"2026-11-22T00:00:00Z\",\"object\":{" + note + '}',
+        {noteLine});
+    row("creator inside",
+        "\"type\":\"Create\",\"actor\":{\"id\":\"https://e.org/ada\","
+        "\"preferredUsername\":\"ada\"},\"object\":{"
+            + note + '}',
+        {"person|https://e.org/ada|ada||||",
+         "status|https://e.org/n|https://e.org/ada||hello|2026-11-21T00:37:04.000Z|"});
     row("several notes created at once", create + "\"object\":[{" + note + "},{" + note + "}]",
         {"status|https://e.org/n|https://e.org/ada||hello|2026-11-21T00:37:04.000Z|",
          "status|https://e.org/n|https://e.org/ada||hello|2026-11-21T00:37:04.000Z|"});
@@ -158,6 +169,9 @@ void ActivityObjectsTest::readsTexts_data()
             + ",\"content\":\"a?\",\"oneOf\":[{\"type\":\"Note\",\"name\":\"b\"},"
               "{\"type\":\"Note\",\"name\":\"c\"}]",
         {"status|https://e.org/n|||a?\n\n- b\n- c|2026-11-21T00:37:04.000Z|"});
+    row("question with several answers",
+        "\"type\":\"Question\"," + id + ',' + published + ",\"anyOf\":[{\"name\":\"b\"}]",
+        {"status|https://e.org/n|||- b|2026-11-21T00:37:04.000Z|"});
     row("escapes of JSON", bare + ",\"content\":\"\\u00e9\\ud83d\\udc76 \\ud83d \\\"\\\\\"",
         {"status|https://e.org/n|||é👶 \uFFFD \"\\|2026-11-21T00:37:04.000Z|"});
     row("line break inside a text of JSON", bare + ",\"content\":\"a\nb\"",
@@ -191,6 +205,18 @@ void ActivityObjectsTest::readsMedia_data()
         {noteLine, "media|1|https://e.org/1||a swan",
          "media|2|https://e.org/2|https://e.org/2.png|", "media|3|https://e.org/3||birds",
          "media|4|https://e.org/4||", "media|4|https://e.org/5||", "media|1|/media/6.png||"});
+    row("preview and content of an attachment",
+        note
+            + ",\"attachment\":{\"type\":\"Image\",\"url\":\"https://e.org/1\","
+              "\"preview\":{\"type\":\"Link\",\"href\":\"https://e.org/small\"},"
+              "\"content\":\"<p>a &amp; b</p>\"}",
+        {noteLine, "media|1|https://e.org/1|https://e.org/small|a & b"});
+    row("attachment whose URL is none",
+        note + ",\"attachment\":{\"type\":\"Image\",\"url\":\"http://e .org/\"}", {noteLine});
+    row("document as a post",
+        "\"type\":\"Document\"," + id + ',' + published + ",\"url\":\"https://e.org/1\"",
+        {"status|https://e.org/n||||2026-11-21T00:37:04.000Z|https://e.org/1",
+         "media|4|https://e.org/1||"});
     row("picture of a note", note + ",\"image\":{\"type\":\"Image\",\"url\":\"https://e.org/1\"}",
         {noteLine, "media|1|https://e.org/1||"});
     row("picture as a post",
@@ -217,6 +243,12 @@ void ActivityObjectsTest::readsBoostsAndLikes_data()
         {noteLine,
          "boost|https://e.org/b|https://e.org/ada|https://e.org/n||"
          "2026-11-21T00:37:04.000Z|"});
+    row("boost of a link, from a known person",
+        "\"type\":\"Announce\"," + id + ',' + published
+            + ",\"actor\":{\"id\":\"https://e.org/ada\",\"name\":\"Ada\"},"
+              "\"object\":{\"type\":\"Link\",\"href\":\"https://e.org/p\"}",
+        {"person|https://e.org/ada||Ada|||",
+         "boost|https://e.org/n|https://e.org/ada|https://e.org/p||2026-11-21T00:37:04.000Z|"});
     row("boost without a time", "\"type\":\"Announce\"," + id + ",\"object\":\"https://e.org/p\"",
         {"skipped|https://e.org/n|its id, its time or the id of what was boosted is missing"});
     row("like",
