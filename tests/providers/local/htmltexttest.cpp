@@ -53,6 +53,7 @@ void HtmlTextTest::converts_data()
     row("preformatted", "<pre>a  b\n  c</pre> d   e", "a  b\n  c\n\nd e");
 
     row("list", "x<ul><li>a</li><li>b</li></ul>y", "x\n\n- a\n- b\n\ny");
+    row("list of words", "<ul><li>plum jam</li><li>rain</li></ul>", "- plum jam\n- rain");
     row("list never closed", "<ul><li>a<li>b", "- a\n- b");
     row("numbered list", "<ol><li>a</li><li>b</li></ol><ol><li>c</li></ol>", "1. a\n2. b\n\n1. c");
     row("list inside a list", "<ol><li>a<ul><li>b</li></ul></li><li>c</li></ol>",
@@ -100,6 +101,7 @@ void HtmlTextTest::converts_data()
         "a :swan: b c");
 
     row("bracket in a quoted value", "<i title=\"a > b\">c</i>", "c");
+    row("bracket in a value quoted after a space", "<i title = \"a > b\">c</i>", "c");
     row("attribute inside another's value", "<a title=' href=x ' href=\"https://e.org/\">a</a>",
         "a (https://e.org/)");
     row("brackets that begin no tag", "a < b <3 <> </> 1<2", "a < b <3 <> </> 1<2");
