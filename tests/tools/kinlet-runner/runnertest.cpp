@@ -129,8 +129,7 @@ void RunnerTest::cleanup()
     m_client.reset();
     if (m_process) {
         m_process->terminate();
-        QVERIFY(m_process->state() == QProcess::NotRunning
-                || m_process->waitForFinished(Patience));
+        QVERIFY(m_process->state() == QProcess::NotRunning || m_process->waitForFinished(Patience));
         m_process.reset();
     }
     QTRY_VERIFY_WITH_TIMEOUT(!isOwned(probe), Patience);
