@@ -62,6 +62,16 @@ void makeJournal(const JournalSandbox &, int activities)
     transaction.commit();
 }
 
+bool fails(const std::function<void()> &work)
+{
+    try {
+        work();
+    } catch (const StoreError &) {
+        return true;
+    }
+    return false;
+}
+
 // One request of each kind.
 std::vector<std::unique_ptr<SocialDataRequest>> requests()
 {
@@ -299,7 +309,7 @@ void JournalFileTest::migration()
                  2);
     }
     // The older program keeps off what it does not know.
-    QVERIFY_EXCEPTION_THROWN(Store(), StoreError);
+    QVERIFY(fails([] { Store store; }));
 }
 
 void JournalFileTest::migrationThatFails()
@@ -309,7 +319,7 @@ void JournalFileTest::migrationThatFails()
     next.append({QStringLiteral("CREATE TABLE moods (name TEXT)"),
                  QStringLiteral("INSERT INTO nowhere VALUES (1)")});
     Database file(sandbox->databasePath());
-    QVERIFY_EXCEPTION_THROWN(prepareSchema(file, next), StoreError);
+    QVERIFY(fails([&] { prepareSchema(file, next); }));
     QCOMPARE(file.value(QStringLiteral("PRAGMA user_version")).toInt(), 1);
     QCOMPARE(file.value(QStringLiteral("SELECT COUNT(*) FROM sqlite_master WHERE name = 'moods'"))
                  .toInt(),
