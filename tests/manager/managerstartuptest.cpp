@@ -63,6 +63,7 @@ private Q_SLOTS:
     void secondProviderOfANameIsReleased();
     void providerThatAnswersAtOnceThenOneOfItsName();
     void pluginCanAskForTheManagerWhileItIsBuilt();
+    void startupThatEndsInTheConstructorIsNotAnnounced();
 };
 
 void ManagerStartupTest::environmentChoosesTheRepository_data()
@@ -318,13 +319,26 @@ void ManagerStartupTest::pluginCanAskForTheManagerWhileItIsBuilt()
     const PluginFolder folder;
     const QString name = QStringLiteral("curious-held");
     folder.providers({name});
-    const QVariantList met = manager()->provider(name)->property("managers").toList();
+    const QSharedPointer<KinletInterface> plugin = manager()->provider(name);
+    const QVariantList met = plugin->property("managers").toList();
     // In init() and in two requests.
     QCOMPARE(met.size(), 3);
     for (const QVariant &other : met)
         QCOMPARE(other.value<QObject *>(), static_cast<QObject *>(manager()));
     QVERIFY(answer(name, accounts));
     QVERIFY(manager()->isInitialized());
+    QCOMPARE(plugin->property("initializedHeard").toInt(), 1);
+}
+
+void ManagerStartupTest::startupThatEndsInTheConstructorIsNotAnnounced()
+{
+    const PluginFolder folder;
+    const QString name = QStringLiteral("curious");
+    folder.providers({name});
+    QVERIFY(manager()->isInitialized());
+    const QSharedPointer<KinletInterface> plugin = manager()->provider(name);
+    QCOMPARE(plugin->property("managers").toList().size(), 3);
+    QCOMPARE(plugin->property("initializedHeard").toInt(), 0);
 }
 
 QTEST_GUILESS_MAIN(ManagerStartupTest)

@@ -6,7 +6,6 @@
 #include "support/messagelog.h"
 #include "support/pluginfolder.h"
 
-#include <QPluginLoader>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -20,16 +19,6 @@ QStringList openedDirectories;
 
 // Initialises nothing by itself.
 const QStringList initNothing{QString()};
-
-// What Qt says about a file that has not been tried yet.
-QString loadError(const QString &path)
-{
-    QPluginLoader probe(path);
-    probe.instance();
-    const QString error = probe.errorString();
-    probe.unload();
-    return error;
-}
 
 QString idOf(const QList<QVariant> &arguments)
 {
@@ -60,12 +49,6 @@ private Q_SLOTS:
     void pathThatIsUnsetOrEmptyGivesTheDefault();
     void pathIsDecodedFromTheLocalEncoding();
     void missingDirectoryIsSilent();
-    void fileThatDoesNotLoadIsReported_data();
-    void fileThatDoesNotLoadIsReported();
-    void wrongRootObjectIsReportedAndUnloaded();
-    void scanGoesOnAfterBadFiles();
-    void excludedPluginIsSilentlyLeftOutButStaysInMemory();
-    void exclusionIsCaseSensitive();
     void idIsTheNameOfTheMetaData();
     void pluginWithoutNameHasTheEmptyId();
     void laterFileOfTheSameIdTakesThePlace();
@@ -202,106 +185,6 @@ void PluginFilesTest::missingDirectoryIsSilent()
     loader.loadPlugins(folder.filePath(QStringLiteral("missing too")));
     QCOMPARE(finished.count(), before + 1);
     QCOMPARE(log.critical(), QStringList());
-}
-
-void PluginFilesTest::fileThatDoesNotLoadIsReported_data()
-{
-    QTest::addColumn<bool>("exists");
-
-    QTest::newRow("text") << true;
-    QTest::newRow("missing") << false;
-}
-
-void PluginFilesTest::fileThatDoesNotLoadIsReported()
-{
-    QFETCH(bool, exists);
-    const PluginFolder folder;
-    SocialPluginLoader loader({}, {}, nullptr);
-    const QString path = exists ? folder.text(QStringLiteral("a \"text\".so"))
-                                : folder.filePath(QStringLiteral("missing.so"));
-    const QString error = loadError(path);
-
-    const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));
-    const MessageLog log;
-    QVERIFY(loader.loadPluginImpl(path).isNull());
-    QCOMPARE(log.critical(),
-             QStringList(QStringLiteral("Problem loading plugin:  ") + MessageLog::quoted(path)
-                         + QStringLiteral(" :  ") + MessageLog::quoted(error)));
-    QCOMPARE(loaded.count(), 0);
-    QCOMPARE(loader.validPlugins(), QStringList());
-}
-
-void PluginFilesTest::wrongRootObjectIsReportedAndUnloaded()
-{
-    const PluginFolder folder;
-    SocialPluginLoader loader({}, {}, nullptr);
-    const QString path = folder.copy("wrongroot", QStringLiteral("wrong.so"));
-    const QString error = loadError(path);
-
-    const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));
-    const MessageLog log;
-    QVERIFY(loader.loadPluginImpl(path).isNull());
-    QCOMPARE(
-        log.critical(),
-        QStringList(QStringLiteral("Unexpected class type from plugin:  type= WrongRoot : Error= ")
-                    + MessageLog::quoted(error)));
-    QCOMPARE(loaded.count(), 0);
-    QCOMPARE(loader.validPlugins(), QStringList());
-
-    QVERIFY(!QPluginLoader(path).isLoaded());
-}
-
-void PluginFilesTest::scanGoesOnAfterBadFiles()
-{
-    const PluginFolder folder;
-    folder.text(QStringLiteral("1.so"));
-    folder.copy("wrongroot", QStringLiteral("2.so"));
-    folder.provider(QStringLiteral("3.so"));
-    folder.text(QStringLiteral("4.so"));
-    folder.copy("testcollector", QStringLiteral("5.so"));
-
-    const MessageLog log;
-    const SocialPluginLoader loader(initNothing, {QStringLiteral("none")}, nullptr);
-    QCOMPARE(loader.validPlugins(), QStringList({QStringLiteral("3"), QStringLiteral("5")}));
-    QCOMPARE(log.critical().size(), 3);
-    QVERIFY(log.critical().at(0).contains(folder.filePath(QStringLiteral("1.so"))));
-    QVERIFY(log.critical().at(1).contains(QStringLiteral("WrongRoot")));
-    QVERIFY(log.critical().at(2).contains(folder.filePath(QStringLiteral("4.so"))));
-}
-
-void PluginFilesTest::excludedPluginIsSilentlyLeftOutButStaysInMemory()
-{
-    const PluginFolder folder;
-    const QString path = folder.provider(QStringLiteral("alpha.so"));
-    folder.provider(QStringLiteral("beta.so"));
-    qApp->setProperty("initLog", {});
-
-    const MessageLog log;
-    SocialPluginLoader loader({}, {QStringLiteral("alpha")}, nullptr);
-    QCOMPARE(loader.validPlugins(), QStringList(QStringLiteral("beta")));
-    QVERIFY(!loader.plugin(QStringLiteral("alpha")));
-    const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));
-    const QSignalSpy finished(&loader, SIGNAL(pluginsLoaded()));
-    const auto before = finished.count();
-    QVERIFY(!loader.loadPlugin(path));
-    QVERIFY(loader.loadPluginImpl(path).isNull());
-    QCOMPARE(loaded.count(), 0);
-    QCOMPARE(finished.count(), before);
-    QCOMPARE(qApp->property("initLog").toStringList(), QStringList(QStringLiteral("beta")));
-    QCOMPARE(log.critical(), QStringList());
-
-    QVERIFY(QPluginLoader(path).isLoaded());
-    loader.unloadAllPlugins();
-    QVERIFY(QPluginLoader(path).isLoaded());
-    QVERIFY(!QPluginLoader(folder.filePath(QStringLiteral("beta.so"))).isLoaded());
-}
-
-void PluginFilesTest::exclusionIsCaseSensitive()
-{
-    const PluginFolder folder;
-    folder.providers({QStringLiteral("alpha")});
-    const SocialPluginLoader loader({}, {QStringLiteral("Alpha"), QStringLiteral("alph")}, nullptr);
-    QCOMPARE(loader.validPlugins(), QStringList(QStringLiteral("alpha")));
 }
 
 void PluginFilesTest::idIsTheNameOfTheMetaData()

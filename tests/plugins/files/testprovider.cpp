@@ -15,7 +15,8 @@
  * - "failing" in its name emits error() from init();
  * - "held" keeps its requests until a test calls answer();
  * - "renamed" is called "same" once it has been initialised;
- * - "curious" asks for the manager whenever it is called.
+ * - "curious" asks for the manager whenever it is called, and listens to it from the start.
+ * - "early" listens, from init(), to a loader that is the application's child.
  * All others answer at once, with one service and one account.
  */
 class TestProvider : public KinletInterface {
@@ -30,6 +31,10 @@ class TestProvider : public KinletInterface {
     Q_PROPERTY(QVariantList statusWhenAsked MEMBER statusWhenAsked)
     /// The managers that it was given, one for each time it asked.
     Q_PROPERTY(QVariantList managers MEMBER managers)
+    /// How often that loader has said that all are loaded.
+    Q_PROPERTY(int pluginsLoadedHeard MEMBER pluginsLoadedHeard)
+    /// How often the manager has said that it is initialized.
+    Q_PROPERTY(int initializedHeard MEMBER initializedHeard)
 
 public:
     void init() override
@@ -38,6 +43,9 @@ public:
         meetManager();
         if (name.contains(QLatin1String("renamed")))
             reportedName = QStringLiteral("same");
+        if (name.contains(QLatin1String("early")))
+            connect(qApp->children().last(), SIGNAL(pluginsLoaded()), this,
+                    SLOT(onPluginsLoaded()));
         if (failing)
             fail();
     }
@@ -78,11 +86,18 @@ public:
     }
     Q_INVOKABLE void push() { Q_EMIT dataUpdate({}, {QStringLiteral("Pushed")}); }
 
+private Q_SLOTS:
+    void onPluginsLoaded() { ++pluginsLoadedHeard; }
+
 private:
     void meetManager()
     {
-        if (name.contains(QLatin1String("curious")))
-            managers.append(QVariant::fromValue<QObject *>(KinletManager::instance()));
+        if (!name.contains(QLatin1String("curious")))
+            return;
+        if (managers.isEmpty())
+            connect(KinletManager::instance(), &KinletManager::initialized, this,
+                    [this] { ++initializedHeard; });
+        managers.append(QVariant::fromValue<QObject *>(KinletManager::instance()));
     }
 
     const QString name = pluginName();
@@ -92,6 +107,8 @@ private:
     QVariantList asked;
     QVariantList statusWhenAsked;
     QVariantList managers;
+    int pluginsLoadedHeard = 0;
+    int initializedHeard = 0;
     QHash<int, QPointer<SocialDataRequest>> held;
 };
 
