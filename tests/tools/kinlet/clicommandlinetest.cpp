@@ -117,7 +117,7 @@ void CliCommandLineTest::mistakes_data()
     row("timelin", "unknown command \"timelin\"; did you mean \"timeline\"?");
     row("qqqqqqqq",
         "unknown command \"qqqqqqqq\"; the commands are services, accounts, providers, persons, "
-        "timeline, show, post, comment, like, unlike, likers, import, watch");
+        "timeline, show, post, comment, like, unlike, likers, import, watch, runners");
     row("timeline --limt 3", "unknown option \"--limt\"; did you mean \"--limit\"?");
     row("timeline --qqqqqqqq", "unknown option \"--qqqqqqqq\"");
     row("timeline --limit", "Missing value after '--limit'.");

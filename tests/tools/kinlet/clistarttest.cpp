@@ -56,7 +56,8 @@ void CliStartTest::noProvider()
     Cli cli;
     const Ended ended = cli.run(words(QTest::currentDataTag()));
     QCOMPARE(ended.out, QString());
-    QVERIFY(ended.err.startsWith(QStringLiteral("kinlet: no provider was found\n")));
+    // Without a bus the library says so first.
+    QVERIFY(ended.err.contains(QStringLiteral("kinlet: no provider was found\n")));
     QFETCH(QString, where);
     QVERIFY2(ended.err.contains(where), qPrintable(ended.err));
     for (const char *remedy : {"kinlet-provider-", "--plugin-path", "KINLET_PLUGIN_PATH"})
