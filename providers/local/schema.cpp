@@ -11,7 +11,7 @@ namespace {
 
 // "Knlt"
 constexpr int ApplicationId = 0x4b6e6c74;
-constexpr qint64 LargestChecked = 64 * 1024 * 1024;
+constexpr qint64 LargestChecked = qint64(64) * 1024 * 1024;
 
 // The number of migrations that the file has seen.
 int checkedVersion(Database &database, int newest)

@@ -162,8 +162,8 @@ qint64 PatternScan::cost(bool greedy) const
 bool hidesText(const QString &pattern)
 {
     const QString begin = QStringLiteral("\\p{");
-    for (int at = 0; (at = pattern.indexOf(begin, at, Qt::CaseInsensitive)) >= 0;) {
-        at += begin.size();
+    for (int at = 0; (at = int(pattern.indexOf(begin, at, Qt::CaseInsensitive))) >= 0;) {
+        at += int(begin.size());
         for (; at < pattern.size() && pattern.at(at) != QLatin1Char('}'); ++at) {
             const QChar character = pattern.at(at);
             if (!character.isLetterOrNumber() && character != QLatin1Char('-')
