@@ -7,7 +7,6 @@
 #include "runnerhost.h"
 
 #include <Kinlet/KinletInitializer>
-#include <Kinlet/KinletInterface>
 
 #include <QCommandLineParser>
 #include <QCoreApplication>
@@ -74,7 +73,7 @@ int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
                                    "starts one")
                         .arg(bus.lastError().message()));
     loaded.provider->init();
-    RunnerHost host(loaded.provider, loaded.name, bus);
+    RunnerHost host(loaded.provider.get(), loaded.name, bus);
     // The object first: whoever sees the name may call it.
     bus.registerObject(BusNames::path(loaded.name), &host, QDBusConnection::ExportAdaptors);
     if (!bus.registerService(service))

@@ -3,8 +3,6 @@
 
 #include "providerplugin.h"
 
-#include <Kinlet/KinletInterface>
-
 #include <QDir>
 #include <QPluginLoader>
 
@@ -28,7 +26,7 @@ QStringList pluginFiles()
 LoadedProvider loadFile(const QString &path)
 {
     LoadedProvider loaded;
-    // Without a parent and never unloaded: the library stays as long as the process.
+    // Never unloaded: the library stays as long as the process.
     QPluginLoader loader(path);
     QObject *root = loader.instance();
     if (!root) {
@@ -40,7 +38,7 @@ LoadedProvider loadFile(const QString &path)
         loaded.problem = QStringLiteral("%1 is a plug-in, but no provider").arg(path);
         return loaded;
     }
-    loaded.provider = provider;
+    loaded.provider.reset(provider);
     loaded.name = provider->metaData().value(QStringLiteral("name")).toString();
     return loaded;
 }
@@ -52,7 +50,7 @@ LoadedProvider loadByName(const QString &name)
     if (paths.removeOne(likely))
         paths.prepend(likely);
     for (const QString &path : std::as_const(paths)) {
-        const LoadedProvider loaded = loadFile(path);
+        LoadedProvider loaded = loadFile(path);
         if (loaded.provider && loaded.name == name)
             return loaded;
     }

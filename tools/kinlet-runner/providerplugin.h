@@ -3,10 +3,12 @@
 
 #pragma once
 
+#include <Kinlet/KinletInterface>
+
 #include <QString>
 #include <QStringList>
 
-class KinletInterface;
+#include <memory>
 
 /// The folder that plug-ins are looked for in: KINLET_PLUGIN_PATH or the installed one.
 QString pluginFolder();
@@ -14,9 +16,10 @@ QString pluginFolder();
 /// Paths of the plug-in files of that folder, by name.
 QStringList pluginFiles();
 
-/// A provider that has been loaded, or the reason why not. It lives until the process ends.
+/// A provider that has been loaded, or the reason why not. It goes with this, before the
+/// application: left to Qt it would be deleted after that.
 struct LoadedProvider {
-    KinletInterface *provider = nullptr;
+    std::unique_ptr<KinletInterface> provider;
     /// The "name" of its meta-data.
     QString name;
     /// One line for people; empty when there is a provider.

@@ -100,6 +100,7 @@ private Q_SLOTS:
     void callerLeaves();
     void terminated_data();
     void terminated();
+    void providerGoesBeforeTheApplication();
     void idleExit();
     void busyIsNotIdle();
     void providerErrorInitialisesAnew();
@@ -465,6 +466,20 @@ void RunnerTest::terminated()
     QCOMPARE(m_process->exitCode(), 0);
     QVERIFY(!isOwned(probe));
     QCOMPARE(m_process->readAllStandardError(), QByteArray());
+}
+
+// The local provider holds a database, which cannot be closed after the application.
+void RunnerTest::providerGoesBeforeTheApplication()
+{
+    const QString local = QStringLiteral("com.orvane.kinlet.local");
+    QProcess runner;
+    runner.setProcessEnvironment(environment());
+    runner.start(QStringLiteral(KINLET_RUNNER), {QStringLiteral(KINLET_LOCAL_PLUGIN)});
+    QTRY_VERIFY_WITH_TIMEOUT(isOwned(local), Patience);
+    runner.terminate();
+    QVERIFY(runner.waitForFinished(Patience));
+    QCOMPARE(runner.exitStatus(), QProcess::NormalExit);
+    QCOMPARE(runner.exitCode(), 0);
 }
 
 void RunnerTest::idleExit()
