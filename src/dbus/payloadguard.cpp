@@ -4,13 +4,11 @@
 #include "dbus/payloadguard.h"
 
 #include "dbus/patternguard.h"
+#include "dbus/streamwalk.h"
 #include "requests/socialdatarequest.h"
 
-#include <QDataStream>
-#include <QIODevice>
 #include <QMetaType>
 #include <QVariant>
-#include <QtEndian>
 
 namespace {
 
@@ -19,11 +17,10 @@ constexpr int MostPatterns = 1000;
 constexpr qint64 HighestPatternCost = 2000000;
 
 // Bytes of the shortest element of each kind.
-constexpr int SmallestText = 4;
 constexpr int SmallestVariant = 5;
-constexpr int SmallestRecord = SmallestText + 4;
-constexpr int SmallestPattern = SmallestText + 3;
-constexpr int SmallestMedia = 4 + 3 * SmallestText;
+constexpr int SmallestRecord = 8;
+constexpr int SmallestPattern = 7;
+constexpr int SmallestMedia = 16;
 
 // Type ids as they stand in the stream.
 constexpr int RegExpType = 27;
@@ -70,56 +67,14 @@ bool canBeRead(int type)
     return readValue(nothing, type);
 }
 
-// Follows Qt's readers step by step. Like them it goes on after a short or corrupt field, with the
-// status set, so that it meets what they will meet.
-class Walk {
+class Walk : public StreamWalk {
 public:
-    Walk(const QByteArray &bytes, int version) : m_bytes(bytes), m_version(version) { }
+    using StreamWalk::StreamWalk;
 
     void request(int kind);
     void record(int depth);
-    int safeBytes() const { return m_unsafeAt < 0 ? int(m_bytes.size()) : m_unsafeAt; }
 
 private:
-    // As the containers of QDataStream do: an earlier error is put aside and comes back at the end.
-    class Container {
-    public:
-        explicit Container(Walk &walk) : m_walk(walk), m_earlier(walk.m_status)
-        {
-            walk.m_status = QDataStream::Ok;
-        }
-        ~Container()
-        {
-            if (m_earlier != QDataStream::Ok)
-                m_walk.m_status = m_earlier;
-        }
-        Q_DISABLE_COPY(Container)
-
-    private:
-        Walk &m_walk;
-        const QDataStream::Status m_earlier;
-    };
-
-    int left() const { return int(m_bytes.size()) - m_position; }
-    bool goesOn() const { return m_status == QDataStream::Ok && m_unsafeAt < 0; }
-    void unsafe(int position);
-    void fail(QDataStream::Status status);
-    bool skip(int size);
-    template <typename T>
-    T number();
-    QByteArray block(quint32 size);
-    QByteArray text();
-    QByteArray byteArray();
-
-    template <typename Element>
-    void elements(int smallest, Element element);
-    void texts();
-    template <typename Value>
-    void map(int smallestValue, Value value);
-
-    void date();
-    void dateTime();
-    void timeZone();
     void pattern();
     void patterns();
     void media();
@@ -127,147 +82,14 @@ private:
     bool value(int type, int depth);
     bool namedValue(const QByteArray &name, int depth);
     bool ownValue(const QByteArray &name, int depth);
-    void registeredValue(int type);
 
-    const QByteArray &m_bytes;
-    const int m_version;
-    int m_position = 0;
-    int m_unsafeAt = -1;
     int m_patterns = 0;
     qint64 m_patternCost = 0;
-    QDataStream::Status m_status = QDataStream::Ok;
 };
-
-void Walk::unsafe(int position)
-{
-    if (m_unsafeAt < 0)
-        m_unsafeAt = position;
-}
-
-void Walk::fail(QDataStream::Status status)
-{
-    if (m_status == QDataStream::Ok)
-        m_status = status;
-}
-
-// What is there of a field that is cut short is used up, as by Qt.
-bool Walk::skip(int size)
-{
-    const bool whole = size <= left();
-    if (!whole)
-        fail(QDataStream::ReadPastEnd);
-    m_position += qMin(size, left());
-    return whole;
-}
-
-template <typename T>
-T Walk::number()
-{
-    const char *at = m_bytes.constData() + m_position;
-    return skip(sizeof(T)) ? qFromBigEndian<T>(at) : T(0);
-}
-
-QByteArray Walk::block(quint32 size)
-{
-    const char *at = m_bytes.constData() + m_position;
-    return skip(int(qMin<quint32>(size, INT_MAX))) ? QByteArray::fromRawData(at, int(size))
-                                                   : QByteArray();
-}
-
-// The UTF-16 code units of a string.
-QByteArray Walk::text()
-{
-    const auto size = number<quint32>();
-    if (size == 0xffffffff || size == 0)
-        return QByteArray();
-    if (size % 2 != 0) {
-        fail(QDataStream::ReadCorruptData);
-        return QByteArray();
-    }
-    return block(size);
-}
-
-QByteArray Walk::byteArray()
-{
-    const auto size = number<quint32>();
-    return size == 0xffffffff ? QByteArray() : block(size);
-}
-
-template <typename Element>
-void Walk::elements(int smallest, Element element)
-{
-    const Container container(*this);
-    const int at = m_position;
-    const auto count = number<quint32>();
-    if (count > quint32(left() / smallest))
-        unsafe(at);
-    for (quint32 i = 0; i < count && goesOn(); ++i)
-        element();
-}
-
-void Walk::texts()
-{
-    elements(SmallestText, [this] { text(); });
-}
-
-template <typename Value>
-void Walk::map(int smallestValue, Value value)
-{
-    elements(SmallestText + smallestValue, [&] {
-        text();
-        value();
-    });
-}
-
-void Walk::date()
-{
-    skip(m_version < QDataStream::Qt_5_0 ? sizeof(quint32) : sizeof(qint64));
-}
-
-void Walk::dateTime()
-{
-    date();
-    skip(sizeof(quint32));
-    const int at = m_position;
-    const auto spec = number<quint8>();
-    if (m_version < QDataStream::Qt_5_0)
-        return;
-    if (spec == Qt::OffsetFromUTC) {
-        skip(sizeof(qint32));
-    } else if (spec == Qt::TimeZone) {
-        timeZone();
-    } else if (spec > Qt::TimeZone) {
-        unsafe(at);
-    }
-}
-
-void Walk::timeZone()
-{
-    const int at = m_position;
-    const auto zone = [this] {
-        QString id;
-        const QByteArray units = text();
-        for (int i = 0; i + 1 < units.size(); i += 2)
-            id.append(QChar(qFromBigEndian<quint16>(units.constData() + i)));
-        return id;
-    };
-    QString id = zone();
-    if (id == QLatin1String("OffsetFromUtc")) {
-        id = zone();
-        skip(sizeof(qint32));
-        text();
-        text();
-        skip(sizeof(qint32));
-        text();
-    }
-    // Qt opens the file of that name.
-    if (id.contains(QLatin1String("..")))
-        unsafe(at);
-}
 
 void Walk::pattern()
 {
-    const int at = m_position;
+    const int at = position();
     const QByteArray units = text();
     skip(sizeof(quint8));
     const int syntax = number<quint8>();
@@ -295,10 +117,10 @@ void Walk::media()
 
 void Walk::variant(int depth)
 {
-    const int at = m_position;
+    const int at = position();
     auto type = int(number<quint32>());
     skip(sizeof(qint8));
-    if (m_version < QDataStream::Qt_5_0)
+    if (version() < QDataStream::Qt_5_0)
         type = typeBeforeQt5(type);
     const bool known = depth <= DeepestNesting
         && (type == UserType ? namedValue(byteArray(), depth) : value(type, depth));
@@ -311,7 +133,7 @@ bool Walk::value(int type, int depth)
 {
     switch (type) {
     case QMetaType::UnknownType:
-        if (m_version < QDataStream::Qt_5_0)
+        if (version() < QDataStream::Qt_5_0)
             text();
         break;
     case QMetaType::Bool:
@@ -426,20 +248,10 @@ bool Walk::namedValue(const QByteArray &name, int depth)
         // Qt's readers of other containers trust any count.
         return false;
     } else if (!ownValue(ownName, depth)) {
-        registeredValue(type);
+        // Only the type itself knows its form.
+        readBy([type](QDataStream &in) { readValue(in, type); });
     }
     return true;
-}
-
-// Only the type itself knows its form.
-void Walk::registeredValue(int type)
-{
-    QDataStream in(QByteArray::fromRawData(m_bytes.constData() + m_position, left()));
-    in.setVersion(m_version);
-    in.setStatus(m_status);
-    readValue(in, type);
-    m_position += int(in.device()->pos());
-    m_status = in.status();
 }
 
 void Walk::record(int depth)
