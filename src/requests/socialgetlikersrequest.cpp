@@ -29,8 +29,6 @@ SocialGetLikersRequest::SocialGetLikersRequest(const QString &activityId)
 {
 }
 
-SocialGetLikersRequest::SocialGetLikersRequest() : SocialGetLikersRequest(QString()) { }
-
 SocialGetLikersRequest::~SocialGetLikersRequest() = default;
 
 QString SocialGetLikersRequest::activityId() const

@@ -10,8 +10,7 @@ class KINLET_EXPORT SocialGetLikersRequest : public SocialGetPersonsRequest {
     Q_OBJECT
 
 public:
-    Q_INVOKABLE explicit SocialGetLikersRequest(const QString &activityId);
-    Q_INVOKABLE SocialGetLikersRequest();
+    Q_INVOKABLE explicit SocialGetLikersRequest(const QString &activityId = QString());
     ~SocialGetLikersRequest() override;
 
     /// The activity in question; null when none was given.
