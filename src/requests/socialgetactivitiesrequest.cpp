@@ -143,7 +143,8 @@ void SocialGetActivitiesRequest::setActivities(const QList<SocialActivity> &acti
     setResults(plainResults(activities));
 }
 
-// On the wire "after" deliberately comes before "before".
+// On the wire "after" deliberately comes before "before". The two types deliberately go out as
+// signed bytes and come back unsigned: -1 is read as 255.
 
 void SocialGetActivitiesRequest::serialize(QDataStream &stream)
 {

@@ -59,7 +59,7 @@ void SocialLikeActivityRequest::unserialize(QDataStream &stream)
 
 void SocialLikeActivityRequest::likeResult(bool success)
 {
-    // Finished, never Stopped: the error alone tells that it failed.
+    // Finished deliberately, never Stopped: the error alone tells that it failed.
     QList<KinletError> errors;
     if (!success)
         errors.append(KinletError(KinletError::LikeFailed));

@@ -54,6 +54,9 @@ QString SocialPostActivitiesRequest::postId() const
     return data(d_ptr)->postId;
 }
 
+// On the wire the type deliberately comes before the texts. It goes out as a signed byte and comes
+// back unsigned: -1 is read as 255.
+
 void SocialPostActivitiesRequest::serialize(QDataStream &stream)
 {
     SocialDataRequest::serialize(stream);
@@ -71,7 +74,7 @@ void SocialPostActivitiesRequest::unserialize(QDataStream &stream)
 
 void SocialPostActivitiesRequest::postResult(bool result)
 {
-    // Finished, never Stopped: the error alone tells that it failed.
+    // Finished deliberately, never Stopped: the error alone tells that it failed.
     QList<KinletError> errors;
     if (!result)
         errors.append(KinletError(KinletError::PostFailed));

@@ -17,8 +17,9 @@ public:
         const QString &statusText = QString(), const QString &postId = QString());
     ~SocialPostActivitiesRequest() override;
 
-    /// What is to be published.
+    /// What is to be published. One byte on the wire.
     SocialActivity::Type requestType() const;
+    /// The text to publish; null when none was given.
     QString statusText() const;
     /// The activity that is commented on; null when there is none.
     QString postId() const;
