@@ -5,6 +5,7 @@
 #include "requests/socialgetaccountsrequest.h"
 #include "requests/socialgetactivitiesrequest.h"
 #include "requests/socialgetlikersrequest.h"
+#include "requests/socialgetpersonsrequest_p.h"
 #include "requests/timelinerequestfactory.h"
 #include "support/requesthelpers.h"
 
@@ -19,6 +20,16 @@ QList<SocialGenericData> mixedResults()
         record.setProperty(SocialGenericData::Id, ++id);
     return results;
 }
+
+// The private data of a persons request made by a subclass.
+class SubclassPrivate : public SocialGetPersonsRequestPrivate {
+public:
+    SubclassPrivate() { isAlive = true; }
+    ~SubclassPrivate() override { isAlive = false; }
+    int type() const override { return 77; }
+
+    static inline bool isAlive = false;
+};
 
 template <typename Typed>
 void checkTypedView(const QList<Typed> &typed, const QList<SocialGenericData> &results)
@@ -65,7 +76,9 @@ private Q_SLOTS:
     void accountsCanBeConstructedByName();
     void servicesCanBeConstructedByName();
     void likersCanBeConstructedByName();
+    void personsOwnPrivateData();
     void personsTakePatterns();
+    void patternsSurviveStreams();
     void likersKnowTheirActivity();
     void likersArePersons();
     void accountsTakeServices();
@@ -81,7 +94,7 @@ void QueryRequestsTest::viewResultsAsPersons()
     QVERIFY(request.persons().isEmpty());
     request.setResults(mixedResults());
     checkTypedView(request.persons(), request.results());
-    QCOMPARE(request.results().at(1).className(), QStringLiteral("SocialActivity"));
+    QCOMPARE(written(request.results()), written(mixedResults()));
     request.setPersons(twoOf<SocialNetworkPerson>());
     checkStoredView<SocialNetworkPerson>(request);
 }
@@ -92,6 +105,7 @@ void QueryRequestsTest::viewResultsAsActivities()
     QVERIFY(request.activities().isEmpty());
     request.setResults(mixedResults());
     checkTypedView(request.activities(), request.results());
+    QCOMPARE(written(request.results()), written(mixedResults()));
     request.setActivities(twoOf<SocialActivity>());
     checkStoredView<SocialActivity>(request);
 }
@@ -102,6 +116,7 @@ void QueryRequestsTest::viewResultsAsAccounts()
     QVERIFY(request.accounts().isEmpty());
     request.setResults(mixedResults());
     checkTypedView(request.accounts(), request.results());
+    QCOMPARE(written(request.results()), written(mixedResults()));
     request.setAccounts(twoOf<SocialServiceAccount>());
     checkStoredView<SocialServiceAccount>(request);
 }
@@ -112,6 +127,7 @@ void QueryRequestsTest::viewResultsAsServices()
     QVERIFY(request.availableServices().isEmpty());
     request.setResults(mixedResults());
     checkTypedView(request.availableServices(), request.results());
+    QCOMPARE(written(request.results()), written(mixedResults()));
     request.setAvailableServices(twoOf<SocialService>());
     checkStoredView<SocialService>(request);
 }
@@ -127,10 +143,11 @@ void QueryRequestsTest::personsCanBeConstructedByName()
     QVERIFY(ownMethods(metaObject).isEmpty());
     QCOMPARE(metaObject.superClass(), &SocialDataRequest::staticMetaObject);
     const QScopedPointer<QObject> object(metaObject.newInstance());
-    auto *request = qobject_cast<SocialGetPersonsRequest *>(object.data());
+    const auto *request = qobject_cast<SocialGetPersonsRequest *>(object.data());
     QVERIFY(request && !request->parent());
     QCOMPARE(request->type(), 5);
     QVERIFY(request->propertyFilter().isEmpty());
+    QVERIFY(request->persons().isEmpty());
 }
 
 void QueryRequestsTest::activitiesCanBeConstructedByName()
@@ -140,10 +157,11 @@ void QueryRequestsTest::activitiesCanBeConstructedByName()
              QStringList({QStringLiteral("SocialGetActivitiesRequest()")}));
     QVERIFY(ownMethods(metaObject).isEmpty());
     const QScopedPointer<QObject> object(metaObject.newInstance());
-    auto *request = qobject_cast<SocialGetActivitiesRequest *>(object.data());
+    const auto *request = qobject_cast<SocialGetActivitiesRequest *>(object.data());
     QVERIFY(request && !request->parent());
     QCOMPARE(request->type(), 7);
     QCOMPARE(request->limit(), 10);
+    QVERIFY(request->activities().isEmpty());
 }
 
 void QueryRequestsTest::accountsCanBeConstructedByName()
@@ -152,9 +170,11 @@ void QueryRequestsTest::accountsCanBeConstructedByName()
     QCOMPARE(constructors(metaObject), QStringList({QStringLiteral("SocialGetAccountsRequest()")}));
     QVERIFY(ownMethods(metaObject).isEmpty());
     const QScopedPointer<QObject> object(metaObject.newInstance());
-    auto *request = qobject_cast<SocialGetAccountsRequest *>(object.data());
+    const auto *request = qobject_cast<SocialGetAccountsRequest *>(object.data());
     QVERIFY(request && !request->parent());
     QCOMPARE(request->type(), 3);
+    QVERIFY(request->serviceFilter().isEmpty());
+    QVERIFY(request->accounts().isEmpty());
 }
 
 void QueryRequestsTest::servicesCanBeConstructedByName()
@@ -164,9 +184,10 @@ void QueryRequestsTest::servicesCanBeConstructedByName()
              QStringList({QStringLiteral("GetAggregatedServicesRequest()")}));
     QVERIFY(ownMethods(metaObject).isEmpty());
     const QScopedPointer<QObject> object(metaObject.newInstance());
-    auto *request = qobject_cast<GetAggregatedServicesRequest *>(object.data());
+    const auto *request = qobject_cast<GetAggregatedServicesRequest *>(object.data());
     QVERIFY(request && !request->parent());
     QCOMPARE(request->type(), 1);
+    QVERIFY(request->availableServices().isEmpty());
 }
 
 void QueryRequestsTest::likersCanBeConstructedByName()
@@ -180,7 +201,7 @@ void QueryRequestsTest::likersCanBeConstructedByName()
     QVERIFY(ownMethods(metaObject).isEmpty());
     QCOMPARE(metaObject.superClass(), &SocialGetPersonsRequest::staticMetaObject);
     const QScopedPointer<QObject> empty(metaObject.newInstance());
-    auto *emptyRequest = qobject_cast<SocialGetLikersRequest *>(empty.data());
+    const auto *emptyRequest = qobject_cast<SocialGetLikersRequest *>(empty.data());
     QVERIFY(emptyRequest && !emptyRequest->parent());
     QCOMPARE(emptyRequest->type(), 11);
     QVERIFY(emptyRequest->activityId().isNull());
@@ -188,6 +209,21 @@ void QueryRequestsTest::likersCanBeConstructedByName()
         metaObject.newInstance(Q_ARG(QString, QStringLiteral("a1"))));
     QCOMPARE(qobject_cast<SocialGetLikersRequest *>(asked.data())->activityId(),
              QStringLiteral("a1"));
+}
+
+void QueryRequestsTest::personsOwnPrivateData()
+{
+    QVERIFY(!SubclassPrivate::isAlive);
+    QObject *object = SocialGetPersonsRequest::staticMetaObject.newInstance(
+        Q_ARG(SocialDataRequestPrivate *, new SubclassPrivate));
+    QVERIFY(SubclassPrivate::isAlive);
+    auto *request = qobject_cast<SocialGetPersonsRequest *>(object);
+    QVERIFY(request && !request->parent());
+    QCOMPARE(request->type(), 77);
+    request->setPropertyFilter(QStringLiteral("FirstName"), QRegExp());
+    QCOMPARE(request->propertyFilter().size(), 1);
+    delete object;
+    QVERIFY(!SubclassPrivate::isAlive);
 }
 
 void QueryRequestsTest::personsTakePatterns()
@@ -200,6 +236,18 @@ void QueryRequestsTest::personsTakePatterns()
              QStringLiteral("^B"));
     request.setPropertyFilter(QStringLiteral("LastName"), QRegExp());
     QCOMPARE(request.propertyFilter().size(), 2);
+}
+
+void QueryRequestsTest::patternsSurviveStreams()
+{
+    SocialGetPersonsRequest request;
+    request.setPropertyFilter(QStringLiteral("FirstName"), QRegExp(QStringLiteral("^A")));
+    request.setPropertyFilter(
+        QStringLiteral("LastName"),
+        QRegExp(QStringLiteral("b*"), Qt::CaseInsensitive, QRegExp::Wildcard));
+    SocialGetPersonsRequest copy;
+    QCOMPARE(unserialize(copy, serialized(request)), QDataStream::Ok);
+    QCOMPARE(copy.propertyFilter(), request.propertyFilter());
 }
 
 void QueryRequestsTest::likersKnowTheirActivity()
@@ -273,12 +321,12 @@ void QueryRequestsTest::factoryMakesHomepages()
 {
     const QScopedPointer<SocialGetActivitiesRequest> request(
         TimelineRequestFactory::createHomepageTimelineRequest());
+    SocialGetActivitiesRequest expected;
+    expected.setTimelineType(KinletTimeline::TimelineType(1));
+    expected.setActivityFilter(SocialActivity::Type(1));
     QVERIFY(!request->parent());
-    QCOMPARE(int(request->timelineType()), 1);
-    QCOMPARE(int(request->activityFilter()), 1);
-    QVERIFY(request->personsFilter().isEmpty());
-    QVERIFY(!request->forceRefresh());
-    QCOMPARE(request->limit(), 10);
+    QCOMPARE(request->metaObject(), expected.metaObject());
+    QCOMPARE(serialized(*request).toHex(), serialized(expected).toHex());
 }
 
 void QueryRequestsTest::factoryMakesProfiles()
@@ -286,12 +334,14 @@ void QueryRequestsTest::factoryMakesProfiles()
     const QStringList persons{QStringLiteral("p1"), QStringLiteral("p2")};
     const QScopedPointer<SocialGetActivitiesRequest> request(
         TimelineRequestFactory::createProfileTimelineRequest(persons));
+    SocialGetActivitiesRequest expected;
+    expected.setTimelineType(KinletTimeline::TimelineType(2));
+    expected.setActivityFilter(SocialActivity::Type(1));
+    expected.setPersonsFilter(persons);
+    expected.setForceRefresh(true);
     QVERIFY(!request->parent());
-    QCOMPARE(int(request->timelineType()), 2);
-    QCOMPARE(int(request->activityFilter()), 1);
-    QCOMPARE(request->personsFilter(), persons);
-    QVERIFY(request->forceRefresh());
-    QCOMPARE(request->limit(), 10);
+    QCOMPARE(request->metaObject(), expected.metaObject());
+    QCOMPARE(serialized(*request).toHex(), serialized(expected).toHex());
 }
 
 QTEST_GUILESS_MAIN(QueryRequestsTest)
