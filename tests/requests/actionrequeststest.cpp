@@ -86,6 +86,22 @@ void ActionRequestsTest::postCanBeConstructedByName()
     QVERIFY(request);
     QCOMPARE(request->requestType(), SocialActivity::Comment);
     QCOMPARE(request->statusText(), QStringLiteral("text"));
+    QVERIFY(request->postId().isNull());
+
+    const QScopedPointer<QObject> answer(metaObject.newInstance(
+        Q_ARG(SocialActivity::Type, SocialActivity::Comment),
+        Q_ARG(QString, QStringLiteral("text")), Q_ARG(QString, QStringLiteral("p1"))));
+    request = qobject_cast<SocialPostActivitiesRequest *>(answer.data());
+    QVERIFY(request);
+    QCOMPARE(request->statusText(), QStringLiteral("text"));
+    QCOMPARE(request->postId(), QStringLiteral("p1"));
+
+    const QScopedPointer<QObject> message(
+        metaObject.newInstance(Q_ARG(SocialActivity::Type, SocialActivity::Message)));
+    request = qobject_cast<SocialPostActivitiesRequest *>(message.data());
+    QVERIFY(request);
+    QCOMPARE(request->requestType(), SocialActivity::Message);
+    QVERIFY(request->statusText().isNull());
 }
 
 void ActionRequestsTest::postHasDefaults()
@@ -121,9 +137,15 @@ void ActionRequestsTest::postReportsFailure()
 {
     SocialPostActivitiesRequest request;
     QSignalSpy finished(&request, SIGNAL(finished(SocialDataRequest *)));
+    request.setResults({SocialGenericData()});
     request.postResult(false);
     checkFailure(request, 2);
     QCOMPARE(finished.count(), 1);
+    QCOMPARE(finished.first().first().value<SocialDataRequest *>(), &request);
+    request.postResult(false);
+    checkFailure(request, 2);
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(request.results().size(), 1);
 }
 
 void ActionRequestsTest::likeDescribesItself()
@@ -157,6 +179,13 @@ void ActionRequestsTest::likeCanBeConstructedByName()
     QVERIFY(request);
     QCOMPARE(request->activityId(), QStringLiteral("a1"));
     QVERIFY(!request->like());
+
+    const QScopedPointer<QObject> like(
+        metaObject.newInstance(Q_ARG(QString, QStringLiteral("a2"))));
+    request = qobject_cast<SocialLikeActivityRequest *>(like.data());
+    QVERIFY(request);
+    QCOMPARE(request->activityId(), QStringLiteral("a2"));
+    QVERIFY(request->like());
 }
 
 void ActionRequestsTest::likeHasDefaults()
@@ -191,9 +220,15 @@ void ActionRequestsTest::likeReportsFailure()
 {
     SocialLikeActivityRequest request;
     QSignalSpy finished(&request, SIGNAL(finished(SocialDataRequest *)));
+    request.setResults({SocialGenericData()});
     request.likeResult(false);
     checkFailure(request, 8);
     QCOMPARE(finished.count(), 1);
+    QCOMPARE(finished.first().first().value<SocialDataRequest *>(), &request);
+    request.likeResult(false);
+    checkFailure(request, 8);
+    QCOMPARE(finished.count(), 2);
+    QCOMPARE(request.results().size(), 1);
 }
 
 void ActionRequestsTest::resultSlotsCanBeCalledByName()
