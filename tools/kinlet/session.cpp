@@ -196,13 +196,14 @@ void Session::run(QEventLoop &loop, int milliseconds)
     loop.exec();
 }
 
+// Straight to the provider: the manager hands out copies, and what has come of an answer that never
+// ends would stay in its copy.
 void Session::perform(const Question &question)
 {
-    if (!question.target.accounts.isEmpty()) {
-        manager()->performRequest(question.request.get(), question.target.accounts);
-        return;
-    }
-    // Without an account the manager could only be asked for all providers at once.
+    QStringList ids;
+    for (const SocialServiceAccount &account : question.target.accounts)
+        ids.append(account.id());
+    question.request->setPerformOnAccountsFilter(ids);
     const QSharedPointer<KinletInterface> provider = manager()->provider(question.target.provider);
     if (provider)
         provider->performRequest(question.request.get());
@@ -231,8 +232,9 @@ QList<Answer> Session::ask(std::vector<Question> questions)
     QList<Answer> answers;
     for (const Question &question : questions) {
         answers.append(answerTo(question));
+        // A provider may go on with a request until it has finished it or is told not to.
         const auto provider = manager()->provider(question.target.provider);
-        if (provider && question.target.accounts.isEmpty() && !answers.last().complete)
+        if (provider && question.request->status() != SocialDataRequest::Finished)
             provider->cancelRequest(question.request.get());
     }
     return answers;

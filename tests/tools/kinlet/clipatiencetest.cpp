@@ -37,6 +37,7 @@ private Q_SLOTS:
     void nobodyIsAskedAgainAfterSilence();
     void actionsGoOnWithoutTheSilent();
     void silentPost();
+    void partialResultsOfTheSilent_data();
     void partialResultsOfTheSilent();
     void stoppedRequestIsAnAnswer();
     void errorTypes_data();
@@ -92,12 +93,21 @@ void CliPatienceTest::silentPost()
     QCOMPARE(ended.code, 1);
 }
 
+void CliPatienceTest::partialResultsOfTheSilent_data()
+{
+    QTest::addColumn<QByteArray>("accounts");
+    QTest::newRow("without accounts") << QByteArray("[]");
+    QTest::newRow("with an account") << json("[{'Id': 'c1'}]");
+}
+
 void CliPatienceTest::partialResultsOfTheSilent()
 {
+    QFETCH(QByteArray, accounts);
     Cli cli;
-    // Without accounts of its own.
-    cli.addProvider(QStringLiteral("cedar"), json(R"({'silent': ['activities'], 'partial': 2,
-        'activities': [{'Id': 't1'}, {'Id': 't2'}, {'Id': 't3'}]})"));
+    cli.addProvider(QStringLiteral("cedar"),
+                    json(R"({'accounts': ACCOUNTS, 'silent': ['activities'], 'partial': 2,
+        'activities': [{'Id': 't1'}, {'Id': 't2'}, {'Id': 't3'}]})")
+                        .replace("ACCOUNTS", accounts));
     const Ended ended = cli.run(words("timeline --json --wait 0.2"));
     QCOMPARE(ended.objects().size(), 2);
     QCOMPARE(ended.code, 1);
