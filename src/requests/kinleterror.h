@@ -38,7 +38,7 @@ public:
     };
 
     /// An error of \a type. The description may be empty.
-    explicit KinletError(Type type = UnknownError, const QString &description = QString());
+    KinletError(Type type = UnknownError, const QString &description = QString());
     /// Copies are deep: an error shares nothing.
     KinletError(const KinletError &other);
     KinletError &operator=(const KinletError &other);

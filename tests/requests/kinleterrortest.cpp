@@ -3,17 +3,32 @@
 
 #include "requests/kinleterror.h"
 #include "support/streambytes.h"
+#include "support/virtualslots.h"
 
 #include <type_traits>
 
 static_assert(std::has_virtual_destructor_v<KinletError>);
+static_assert(std::is_same_v<std::underlying_type_t<KinletError::Type>, qint32>);
+// The table's pointer and the private record's.
+static_assert(sizeof(KinletError) == 2 * sizeof(void *));
+
+namespace {
+
+class Extended : public KinletError {
+public:
+    virtual void next() { }
+};
+
+}
 
 class KinletErrorTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void numbersItsTypes();
+    void hasNoVirtualCallsButItsDestructor();
     void keepsTypeAndDescription();
+    void canBeSpelledAsTypeAndDescription();
     void startsUnknown();
     void copiesDeeply();
     void writes_data();
@@ -37,11 +52,24 @@ void KinletErrorTest::numbersItsTypes()
     QCOMPARE(int(KinletError::LikeFailed), 8);
 }
 
+void KinletErrorTest::hasNoVirtualCallsButItsDestructor()
+{
+    QCOMPARE(slotOf(&Extended::next), 2);
+}
+
 void KinletErrorTest::keepsTypeAndDescription()
 {
     const KinletError error(KinletError::NetworkFailed, QStringLiteral("no route"));
     QCOMPARE(error.type(), KinletError::NetworkFailed);
     QCOMPARE(error.description(), QStringLiteral("no route"));
+}
+
+void KinletErrorTest::canBeSpelledAsTypeAndDescription()
+{
+    const QList<KinletError> errors{{KinletError::PostFailed, QStringLiteral("full")}};
+    QCOMPARE(errors.size(), 1);
+    QCOMPARE(errors.first().type(), KinletError::PostFailed);
+    QCOMPARE(errors.first().description(), QStringLiteral("full"));
 }
 
 void KinletErrorTest::startsUnknown()
