@@ -22,8 +22,8 @@ class SocialDataRequestPrivate;
  * An application makes an object of a subclass and hands it to KinletManager::performRequest().
  * Every provider that can answer gets a copy of its own; their answers are merged into the
  * application's object, which emits finished() when it has ended. The application owns its object
- * and may delete it at any time, also inside finished() through deleteLater(). A request and
- * everything that touches it stay on the manager's thread.
+ * and may delete it at any time, also inside finished(). A request and everything that touches it
+ * stay on the manager's thread.
  *
  * Ask once: a request that has been performed carries results, and performing it again would hand
  * them to the providers. Make a new object for each question.
