@@ -5,8 +5,16 @@
 #include "requests/socialdatarequest_p.h"
 #include "requests/socialgetpersonsrequest.h"
 #include "support/requesthelpers.h"
+#include "support/virtualslots.h"
 
 #include <QSignalSpy>
+
+#include <type_traits>
+
+static_assert(std::is_same_v<std::underlying_type_t<SocialDataRequest::Status>, qint32>);
+// Two requests never share their data.
+static_assert(!std::is_copy_constructible_v<SocialDataRequestPrivate>);
+static_assert(!std::is_copy_assignable_v<SocialDataRequestPrivate>);
 
 namespace {
 
@@ -22,6 +30,18 @@ public:
 class CountedRequest : public SocialDataRequest {
 public:
     explicit CountedRequest(int *deletions) : SocialDataRequest(new CountedPrivate(deletions)) { }
+};
+
+// With one virtual function more than the class it extends.
+template <typename Class>
+class Extended : public Class {
+public:
+    virtual void next() { }
+};
+
+class OpenObject : public QObject {
+public:
+    using QObject::disconnectNotify;
 };
 
 KinletError error(KinletError::Type type)
@@ -46,6 +66,7 @@ class SocialDataRequestTest : public QObject {
 private Q_SLOTS:
     void numbersItsKindsAndStatuses();
     void describesItself();
+    void keepsTheOrderOfItsVirtualCalls();
     void startsInactive();
     void isOfKindZero();
     void asksItsDataForTheKind();
@@ -87,6 +108,18 @@ void SocialDataRequestTest::describesItself()
     const QMetaMethod finished = metaObject.method(metaObject.methodOffset());
     QCOMPARE(finished.methodType(), QMetaMethod::Signal);
     QCOMPARE(finished.parameterNames(), QList<QByteArray>({QByteArray("self")}));
+}
+
+void SocialDataRequestTest::keepsTheOrderOfItsVirtualCalls()
+{
+    const int lastOfObject = slotOf(&OpenObject::disconnectNotify);
+    QCOMPARE(slotOf(&SocialDataRequest::setRequestProgress), lastOfObject + 1);
+    QCOMPARE(slotOf(&SocialDataRequest::serialize), lastOfObject + 2);
+    QCOMPARE(slotOf(&SocialDataRequest::unserialize), lastOfObject + 3);
+    QCOMPARE(slotOf(&Extended<SocialDataRequest>::next), lastOfObject + 4);
+
+    QCOMPARE(slotOf(&SocialDataRequestPrivate::type), 2);
+    QCOMPARE(slotOf(&Extended<SocialDataRequestPrivate>::next), 3);
 }
 
 void SocialDataRequestTest::startsInactive()
