@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "records/valuetypes.h"
+#include "requests/getaggregatedservicesrequest.h"
+#include "requests/socialgetaccountsrequest.h"
 #include "requests/socialgetactivitiesrequest.h"
 #include "requests/socialgetlikersrequest.h"
 #include "requests/sociallikeactivityrequest.h"
@@ -43,6 +45,12 @@ Request fill(T *request)
     request->setPerformOnAccountsFilter({QStringLiteral("a"), QString()});
     request->setRequestProgress(SocialDataRequest::Stopped, {});
     return Request(request);
+}
+
+template <typename T>
+Request filled()
+{
+    return fill(new T);
 }
 
 Request activities()
@@ -124,6 +132,9 @@ void HostileRequestsTest::initTestCase()
 void HostileRequestsTest::readNothing_data()
 {
     QTest::addColumn<MakeRequest>("make");
+    QTest::newRow("plain") << MakeRequest(filled<SocialDataRequest>);
+    QTest::newRow("services") << MakeRequest(filled<GetAggregatedServicesRequest>);
+    QTest::newRow("accounts") << MakeRequest(filled<SocialGetAccountsRequest>);
     QTest::newRow("activities") << MakeRequest(activities);
     QTest::newRow("persons") << MakeRequest(persons);
     QTest::newRow("likers") << MakeRequest(likers);

@@ -10,7 +10,6 @@
 #include "support/requesthelpers.h"
 
 #include <QSharedPointer>
-#include <QSignalSpy>
 
 namespace {
 
@@ -91,7 +90,6 @@ private Q_SLOTS:
     void writes();
     void reads_data() { writes_data(); }
     void reads();
-    void readsTheBase();
     void readsPersons();
     void readsLikers();
     void readsActivities();
@@ -100,10 +98,6 @@ private Q_SLOTS:
     void readsLikes();
     void writesLowBytesOfNumbers();
     void readsBytesUnsigned();
-    void ignoresTheKindItReads();
-    void storesTheStatusQuietly_data();
-    void storesTheStatusQuietly();
-    void carriesNoErrors();
 };
 
 void RequestBytesTest::writes_data()
@@ -197,19 +191,6 @@ void RequestBytesTest::reads()
     QCOMPARE(copy->status(), request->status());
     QCOMPARE(copy->performOnAccountsFilter(), request->performOnAccountsFilter());
     QCOMPARE(copy->results().size(), request->results().size());
-}
-
-void RequestBytesTest::readsTheBase()
-{
-    SocialDataRequest request;
-    request.setResults({SocialGenericData(), SocialGenericData()});
-    request.setPerformOnAccountsFilter({QStringLiteral("old")});
-    QCOMPARE(unserialize(request, hex("00000000") + hex(base)), QDataStream::Ok);
-    QCOMPARE(request.status(), SocialDataRequest::Progressing);
-    QCOMPARE(request.results().size(), 1);
-    QCOMPARE(request.results().first().className(), QStringLiteral("T"));
-    QCOMPARE(request.results().first().variantProperty(QStringLiteral("A")), QVariant(7));
-    QCOMPARE(request.performOnAccountsFilter(), QStringList({QStringLiteral("a"), QString()}));
 }
 
 void RequestBytesTest::readsPersons()
@@ -329,51 +310,6 @@ void RequestBytesTest::readsBytesUnsigned()
     QCOMPARE(unserialize(post, hex("00000009") + hex(emptyBase) + hex("ff ffffffff ffffffff")),
              QDataStream::Ok);
     QCOMPARE(int(post.requestType()), 255);
-}
-
-void RequestBytesTest::ignoresTheKindItReads()
-{
-    GetAggregatedServicesRequest request;
-    QCOMPARE(unserialize(request, hex("0000000b") + hex(base)), QDataStream::Ok);
-    QCOMPARE(request.type(), 1);
-    QCOMPARE(request.results().size(), 1);
-}
-
-void RequestBytesTest::storesTheStatusQuietly_data()
-{
-    QTest::addColumn<int>("status");
-    for (const int status : {0, 1, 2, 3, 4, 7, -1})
-        QTest::addRow("%d", status) << status;
-}
-
-void RequestBytesTest::storesTheStatusQuietly()
-{
-    QFETCH(int, status);
-    SocialDataRequest request;
-    QSignalSpy finished(&request, SIGNAL(finished(SocialDataRequest *)));
-    request.setRequestProgress(SocialDataRequest::Started,
-                               {KinletError(KinletError::NetworkFailed)});
-    QCOMPARE(
-        unserialize(request, hex("00000000") + written(qint32(status)) + hex("00000000 00000000")),
-        QDataStream::Ok);
-    QCOMPARE(int(request.status()), status);
-    QCOMPARE(finished.count(), 0);
-    QCOMPARE(request.errors().size(), 1);
-    QCOMPARE(request.errors().first().type(), KinletError::NetworkFailed);
-    request.setRequestProgress(SocialDataRequest::Finished, {});
-    QCOMPARE(finished.count(), 1);
-}
-
-void RequestBytesTest::carriesNoErrors()
-{
-    SocialDataRequest original;
-    original.setRequestProgress(SocialDataRequest::Finished,
-                                {KinletError(KinletError::PostFailed)});
-    QCOMPARE(serialized(original), hex("00000000 00000004 00000000 00000000"));
-    SocialDataRequest copy;
-    QCOMPARE(unserialize(copy, serialized(original)), QDataStream::Ok);
-    QCOMPARE(copy.status(), SocialDataRequest::Finished);
-    QVERIFY(copy.errors().isEmpty());
 }
 
 QTEST_GUILESS_MAIN(RequestBytesTest)
