@@ -121,7 +121,16 @@ private:
             record.setProperty(QStringLiteral("Like"), like->like());
         record.setProperty(SocialActivity::Attachment,
                            QVariant::fromValue(SocialActivityAttachment{
-                               QStringLiteral("title"), {}, {}, {}, {Media(), Media()}}));
+                               QStringLiteral("title"),
+                               {},
+                               {},
+                               {},
+                               {Media(), Media{Media::Video, QStringLiteral("url"), {}, {}}}}));
+        record.setProperty(
+            QStringLiteral("Texts"),
+            QVariant::fromValue(SocialActionIconTexts{0, QStringLiteral("one"), {}, {}}));
+        record.setProperty(SocialServiceAccount::ImportProgress,
+                           QVariant::fromValue(SocialImportProgress{true, 1, 2, 3}));
         request->setResults({record});
         request->setRequestProgress(status, errors);
     }
