@@ -2,8 +2,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "records/typedrecords.h"
-
-#include <QtTest>
+#include "support/streambytes.h"
 
 #include <type_traits>
 
@@ -23,6 +22,10 @@ static_assert(addsNoData<SocialNetworkPerson>);
 static_assert(addsNoData<SocialActivity>);
 static_assert(addsNoData<SocialService>);
 static_assert(addsNoData<SocialServiceAccount>);
+
+// The meta-object system does not know it; on the wire it is a number.
+static_assert(!QtPrivate::IsQEnumHelper<SocialActivity::Type>::Value);
+static_assert(std::is_convertible_v<SocialActivity::Type, int>);
 
 template <typename T>
 SocialGenericData emptyOne()
@@ -56,6 +59,8 @@ private Q_SLOTS:
     void viewOtherRecords();
     void writeApartFromTheirSource();
     void areAssignedFromOtherRecords();
+    void takeTheClassNameOfWhatIsCopiedIntoThem();
+    void areStreamedAsPlainRecords();
     void numberTheTypesOfActivities();
 };
 
@@ -167,6 +172,7 @@ void TypedRecordsTest::viewOtherRecords()
         QCOMPARE(source.className(), sourceName);
         QCOMPARE(seen.properties(), source.properties());
         QCOMPARE(seen.properties().size(), 2);
+        QVERIFY(seen.properties().isSharedWith(source.properties()));
     }
 }
 
@@ -192,6 +198,29 @@ void TypedRecordsTest::areAssignedFromOtherRecords()
     const SocialActivity copy = activity;
     activity.setProperty(SocialGenericData::Id, QStringLiteral("a2"));
     QCOMPARE(copy.id(), QStringLiteral("a1"));
+}
+
+void TypedRecordsTest::takeTheClassNameOfWhatIsCopiedIntoThem()
+{
+    SocialNetworkPerson person;
+    person.copyFrom(SocialActivity());
+    QCOMPARE(person.className(), QStringLiteral("SocialActivity"));
+}
+
+void TypedRecordsTest::areStreamedAsPlainRecords()
+{
+    SocialActivity activity;
+    activity.setProperty(SocialGenericData::Id, QStringLiteral("a1"));
+    const QByteArray bytes = written(activity);
+    QCOMPARE(bytes, written(SocialGenericData(activity)));
+
+    SocialNetworkPerson person;
+    person.setProperty(SocialNetworkPerson::FirstName, QStringLiteral("old"));
+    ByteReader in(bytes);
+    in >> person;
+    QCOMPARE(in.status(), QDataStream::Ok);
+    QCOMPARE(person.className(), QStringLiteral("SocialActivity"));
+    QCOMPARE(person.properties(), activity.properties());
 }
 
 void TypedRecordsTest::numberTheTypesOfActivities()
