@@ -8,10 +8,13 @@
 
 #include <type_traits>
 
-static_assert(!std::is_polymorphic_v<Media> && std::is_copy_assignable_v<Media>);
-static_assert(!std::is_polymorphic_v<SocialActionIconTexts>);
-static_assert(!std::is_polymorphic_v<SocialActivityAttachment>);
-static_assert(!std::is_polymorphic_v<SocialImportProgress>);
+template <typename T>
+constexpr bool isPlainValue =
+    std::is_aggregate_v<T> &&std::is_copy_constructible_v<T> &&std::is_copy_assignable_v<T>;
+static_assert(isPlainValue<Media>);
+static_assert(isPlainValue<SocialActionIconTexts>);
+static_assert(isPlainValue<SocialActivityAttachment>);
+static_assert(isPlainValue<SocialImportProgress>);
 static_assert(!std::is_convertible_v<Media, SocialActionIconTexts>);
 
 class ValueTypesTest : public QObject {
@@ -27,12 +30,14 @@ private Q_SLOTS:
     void writeAttachments();
     void writeImportProgress_data();
     void writeImportProgress();
-    void readCutMedia();
+    void readCutTexts();
     void readCutAttachments();
+    void readMediaAfterAnEarlierError();
     void readCutImportProgress();
     void readAnyByteAsTrue();
     void registerOnlyTheTimelineType();
     void numberTheTimelines();
+    void numberKindsActionsAndCapabilities();
 };
 
 void ValueTypesTest::startEmpty()
@@ -175,20 +180,27 @@ void ValueTypesTest::writeImportProgress()
     QCOMPARE(copy.contactsMerged, 0x01020304);
 }
 
-void ValueTypesTest::readCutMedia()
+template <typename T>
+void checkCutTexts()
 {
     const QByteArray bytes = hex("00000007 00000002 0061 00000002 0062 00000002 0063");
     for (int length = 0; length < bytes.size(); ++length) {
         const QString old = QStringLiteral("old");
-        Media media{9, old, old, old};
+        T value{9, old, old, old};
         ByteReader in(bytes.left(length));
-        in >> media;
+        in >> value;
         QCOMPARE(in.status(), QDataStream::ReadPastEnd);
-        QCOMPARE(media.kind, length < 4 ? 0 : 7);
-        QCOMPARE(media.firstText, length < 10 ? QString() : QStringLiteral("a"));
-        QCOMPARE(media.secondText, length < 16 ? QString() : QStringLiteral("b"));
-        QVERIFY(media.thirdText.isEmpty());
+        QCOMPARE(value.kind, length < 4 ? 0 : 7);
+        QCOMPARE(value.firstText, length < 10 ? QString() : QStringLiteral("a"));
+        QCOMPARE(value.secondText, length < 16 ? QString() : QStringLiteral("b"));
+        QVERIFY(value.thirdText.isEmpty());
     }
+}
+
+void ValueTypesTest::readCutTexts()
+{
+    checkCutTexts<Media>();
+    checkCutTexts<SocialActionIconTexts>();
 }
 
 void ValueTypesTest::readCutAttachments()
@@ -206,6 +218,25 @@ void ValueTypesTest::readCutAttachments()
         QCOMPARE(attachment.fourthText, length < 20 ? QString() : QStringLiteral("d"));
         QVERIFY2(attachment.media.isEmpty(), qPrintable(QString::number(length)));
     }
+}
+
+// The title has a length that no text has: Qt puts such an error aside while it reads a list.
+void ValueTypesTest::readMediaAfterAnEarlierError()
+{
+    const QByteArray media = hex("00000001 00000007 00000002 0061 ffffffff ffffffff");
+    ByteReader in(hex("00000001 ffffffff ffffffff ffffffff") + media);
+    SocialActivityAttachment attachment;
+    in >> attachment;
+    QCOMPARE(in.status(), QDataStream::ReadCorruptData);
+    QVERIFY(in.atEnd());
+    QCOMPARE(written(attachment.media), media);
+
+    ByteReader qtIn(media);
+    qtIn.setStatus(QDataStream::ReadCorruptData);
+    QList<Media> readByQt;
+    qtIn >> readByQt;
+    QCOMPARE(qtIn.status(), QDataStream::ReadCorruptData);
+    QCOMPARE(written(readByQt), media);
 }
 
 void ValueTypesTest::readCutImportProgress()
@@ -263,6 +294,20 @@ void ValueTypesTest::numberTheTimelines()
     }
     QCOMPARE(int(KinletTimeline::Any), 0);
     QCOMPARE(int(KinletTimeline::Custom), 6);
+}
+
+// They are in streams and stores.
+void ValueTypesTest::numberKindsActionsAndCapabilities()
+{
+    QCOMPARE(
+        QList<int>({Media::UnknownKind, Media::Image, Media::Video, Media::Audio, Media::Link}),
+        QList<int>({0, 1, 2, 3, 4}));
+    QCOMPARE(QList<int>({KinletAction::NoAction, KinletAction::Like, KinletAction::Comment,
+                         KinletAction::Post, KinletAction::Share, KinletAction::SendMessage}),
+             QList<int>({0, 1, 2, 4, 8, 16}));
+    QCOMPARE(QList<int>({KinletPostCap::NoCapability, KinletPostCap::Text, KinletPostCap::Image,
+                         KinletPostCap::Video, KinletPostCap::Link, KinletPostCap::Location}),
+             QList<int>({0, 1, 2, 4, 8, 16}));
 }
 
 QTEST_GUILESS_MAIN(ValueTypesTest)
