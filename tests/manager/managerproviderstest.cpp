@@ -3,6 +3,7 @@
 
 #include "managerinternals.h"
 #include "support/scriptedprovider.h"
+#include "support/streambytes.h"
 #include "support/watchedrequest.h"
 
 #include <QDataStream>
@@ -45,6 +46,8 @@ private Q_SLOTS:
     void cleanup() { KinletManager::cleanupInstance(); }
 
     void instanceIsOneChildOfTheApplication();
+    void instanceMakesValuesReadable_data();
+    void instanceMakesValuesReadable();
     void instanceRegistersTheValueTypes();
     void cleanupTwiceThenAFreshOne();
     void signalsAndSlotsByName();
@@ -69,6 +72,29 @@ void ManagerProvidersTest::instanceIsOneChildOfTheApplication()
     QVERIFY(first);
     QCOMPARE(first->parent(), static_cast<QObject *>(QCoreApplication::instance()));
     QCOMPARE(manager(), first);
+}
+
+void ManagerProvidersTest::instanceMakesValuesReadable_data()
+{
+    QTest::addColumn<int>("size");
+    QTest::newRow("Media") << 16;
+    QTest::newRow("SocialActionIconTexts") << 16;
+    QTest::newRow("SocialActivityAttachment") << 20;
+    QTest::newRow("SocialImportProgress") << 13;
+}
+
+// Stands before what mentions the types: Qt 6 knows each from then on without being told.
+void ManagerProvidersTest::instanceMakesValuesReadable()
+{
+    QFETCH(int, size);
+    QVERIFY(manager());
+    ByteReader in(hex("00000400 00") + written(QTest::currentDataTag()) + QByteArray(size, '\0'),
+                  QDataStream::Qt_5_15);
+    QVariant value;
+    in >> value;
+    QCOMPARE(in.status(), QDataStream::Ok);
+    QVERIFY(in.atEnd());
+    QCOMPARE(value.typeName(), QTest::currentDataTag());
 }
 
 void ManagerProvidersTest::instanceRegistersTheValueTypes()
