@@ -10,9 +10,11 @@
  * fixes the class name and spells the property keys once for everybody. The text of a key is its
  * name.
  *
- * Each is made empty, with only its class name, or from any record, whose properties it then shares
- * while the class name becomes its own. The source keeps its class name, and no check of it is
- * made: an absent thing is an empty record of the right kind, without an id.
+ * Each is made empty, with only its class name, or from any record: it then has that record's
+ * properties and its own class name. The source stays as it was. Its class name is not checked, so
+ * any record can be viewed as any kind. copyFrom() and reading from a stream bring the class name
+ * of what is copied or read. A look-up that finds nothing gives an empty record of the right kind,
+ * without an id.
  *
  * Where a value has a type that providers and applications must agree on, the key says it. A key
  * without a remark holds text. Times are QDateTime in UTC.
@@ -91,17 +93,19 @@ public:
 class KINLET_EXPORT SocialService : public SocialGenericData {
 public:
     static const QString ClassName;
+    /// Name of the provider that offers the service.
     static const QString ProviderName;
     /// Name of an icon of the theme, or a URL.
     static const QString Icon;
+    /// URL of the network's own page.
     static const QString Website;
-    /// bool
+    /// bool: whether applications may keep the service's data.
     static const QString CanDataBeCached;
     /// int, KinletAction::Action values joined with "or"
     static const QString SocialActions;
     /// QVariantList of SocialActionIconTexts
     static const QString ActionIconTexts;
-    /// bool
+    /// bool: whether applications merge its persons with their own contacts without asking.
     static const QString ForceAutomerged;
 
     SocialService();
@@ -119,8 +123,10 @@ public:
     static const QString ProfileId;
     static const QString AccountName;
     static const QString UserName;
+    /// URL of a picture.
     static const QString Avatar;
-    /// int; in a pushed update 4 and 5 mean that the account is gone.
+    /// int; in a pushed update 4 and 5 mean that the account is gone. The other numbers are the
+    /// provider's own.
     static const QString State;
     /// SocialImportProgress; the manager turns updates of it into importStarted() and
     /// importEnded().

@@ -91,6 +91,7 @@ class KINLET_EXPORT KinletTimeline : public QObject {
 public:
     /// One byte on the wire.
     enum TimelineType : int {
+        /// No timeline in particular; what requests ask for unless told otherwise.
         Any = 0,
         /// What the account's user sees on the front page.
         Homepage = 1,
@@ -124,11 +125,13 @@ public:
     };
 };
 
-/// Holds what can be posted to a service. Not registered with the meta-object system.
+/// Holds what can be posted to a service. Not registered with the meta-object system; the library
+/// carries it in no property of its own.
 class KINLET_EXPORT KinletPostCap : public QObject {
     Q_OBJECT
 
 public:
+    /// Bits, for a property that a provider and an application agree on.
     enum Capability : int {
         NoCapability = 0,
         Text = 1,
