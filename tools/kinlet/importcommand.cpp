@@ -180,7 +180,7 @@ void printResult(Context &context, const QString &source, const std::optional<Co
                                    {QStringLiteral("provider"), localProvider}}));
         return;
     }
-    const QString numbers = counts ? QStringLiteral(": %1 persons added, %2 removed, %3 merged.")
+    const QString numbers = counts ? QStringLiteral(": persons added %1, removed %2, merged %3.")
                                          .arg(counts->added)
                                          .arg(counts->removed)
                                          .arg(counts->merged)

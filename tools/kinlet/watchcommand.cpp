@@ -91,8 +91,8 @@ Recorder::Recorder(KinletManager *manager)
                   {QStringLiteral("added"), added},
                   {QStringLiteral("removed"), removed},
                   {QStringLiteral("merged"), merged}},
-                 QStringLiteral("Import ended: %1, account %2: %3 persons added, %4 removed, "
-                                "%5 merged")
+                 QStringLiteral("Import ended: %1, account %2: persons added %3, removed %4, "
+                                "merged %5")
                      .arg(service, account, QString::number(added), QString::number(removed),
                           QString::number(merged))});
         });

@@ -72,7 +72,7 @@ void CliWatchTest::forPeople()
                             "Person: p3  p3\n"
                             "SocialService: The Wood  wood\n"
                             "Import started: wood, account a1\n"
-                            "Import ended: wood, account a1: 3 persons added, 1 removed, 2 merged\n"
+                            "Import ended: wood, account a1: persons added 3, removed 1, merged 2\n"
                             "Accounts removed: a1, a2\n"));
     QCOMPARE(ended.err, QStringLiteral("kinlet: watching\n"));
     // Ctrl-C is how watching ends.
