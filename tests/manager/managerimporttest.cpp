@@ -5,6 +5,8 @@
 #include "support/scriptedprovider.h"
 #include "updaterecords.h"
 
+#include <QDataStream>
+#include <QIODevice>
 #include <QTest>
 
 namespace {
@@ -24,6 +26,7 @@ private Q_SLOTS:
     void importStartsAndEnds();
     void importOfAnyOtherTypeHasEnded_data();
     void importOfAnyOtherTypeHasEnded();
+    void importWithoutAValueHasEnded();
     void incompleteImportIsSkipped_data();
     void incompleteImportIsSkipped();
     void skippedRecordsDoNotStopTheOthers();
@@ -33,6 +36,7 @@ private Q_SLOTS:
     void importOfAnUnknownAccountIsReportedOnly();
     void importMakesAnEmptyEntry();
     void importIsReportedAfterTheCacheHasChanged();
+    void recordsAreTakenOneAfterTheOther();
 
 private:
     ScriptedProvider *provider = nullptr;
@@ -70,6 +74,24 @@ void ManagerImportTest::importOfAnyOtherTypeHasEnded()
 {
     QFETCH(QVariant, value);
     Q_EMIT provider->dataUpdate({importing(value)}, {progressKey});
+    QCOMPARE(events, QStringList(QStringLiteral("ended service account 0 0 0")));
+}
+
+void ManagerImportTest::importWithoutAValueHasEnded()
+{
+    // A property that holds nothing, as only a stream makes it, is present all the same.
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    out << SocialServiceAccount::ClassName << quint32(3);
+    out << SocialServiceAccount::SocialServiceId << QVariant(serviceId);
+    out << progressKey << QVariant();
+    out << SocialGenericData::Id << QVariant(accountId);
+    QDataStream in(bytes);
+    SocialGenericData record;
+    in >> record;
+    QCOMPARE(in.status(), QDataStream::Ok);
+    QVERIFY(!record.variantProperty(progressKey).isValid());
+    Q_EMIT provider->dataUpdate({record}, {progressKey});
     QCOMPARE(events, QStringList(QStringLiteral("ended service account 0 0 0")));
 }
 
@@ -187,6 +209,24 @@ void ManagerImportTest::importIsReportedAfterTheCacheHasChanged()
             [&] { seen = manager()->account(accountId).hasProperty(progressKey); });
     Q_EMIT other->dataUpdate({importing(running())}, {progressKey});
     QVERIFY(seen);
+}
+
+void ManagerImportTest::recordsAreTakenOneAfterTheOther()
+{
+    ScriptedProvider *other = ScriptedProvider::add(QStringLiteral("b"), {accountId});
+    const auto cachedService = [] {
+        return manager()->account(accountId).property(SocialServiceAccount::SocialServiceId);
+    };
+    QStringList cached;
+    connect(manager(), &KinletManager::importStarted, this, [&] { cached << cachedService(); });
+    connect(manager(), &KinletManager::importEnded, this, [&] { cached << cachedService(); });
+    const QStringList services{QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3")};
+    Q_EMIT other->dataUpdate({importing(running(), accountId, services.at(0)),
+                              importing(ended(1, 2, 3), accountId, services.at(1)),
+                              importing(running(), accountId, services.at(2))},
+                             {progressKey});
+    QCOMPARE(cached, services);
+    QCOMPARE(manager()->accounts().size(), 1);
 }
 
 QTEST_GUILESS_MAIN(ManagerImportTest)

@@ -2,13 +2,9 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "managerinternals.h"
-#include "requests/socialgetaccountsrequest.h"
 #include "support/scriptedprovider.h"
 
-#include <QPointer>
 #include <QTest>
-
-#include <utility>
 
 namespace {
 
@@ -58,14 +54,6 @@ ScriptedProvider *addTwin(const QString &name)
     return ScriptedProvider::add(provider) ? provider : nullptr;
 }
 
-/// A provider that keeps the requests for its services and accounts.
-ScriptedProvider *addSilent(const QString &name)
-{
-    auto *provider = new ScriptedProvider(name);
-    provider->answersRegistry = false;
-    return ScriptedProvider::add(provider) ? provider : nullptr;
-}
-
 void compareEmpty(const SocialGenericData &record, const QString &className)
 {
     QCOMPARE(record.className(), className);
@@ -75,6 +63,7 @@ void compareEmpty(const SocialGenericData &record, const QString &className)
 
 }
 
+/// Looking up services and accounts.
 class ManagerRegistryTest : public QObject {
     Q_OBJECT
 
@@ -87,29 +76,32 @@ private Q_SLOTS:
     void idsAreComparedExactly();
     void serviceOfAnAccount();
     void accountWithoutServiceFindsAServiceWithoutId();
+    void emptyIdFindsTheFirstAccountWithoutId();
+    void idsAreReadAsText();
     void accountsOfAService();
-    void storedRecordsGetTheClassOfTheirType();
-    void resultsAreStoredWhateverTheStatus();
-    void laterAnswerReplacesTheList();
-    void otherProvidersAnswersStay();
-    void unknownRequestChangesNothing();
     void removedProviderIsForgotten();
     void callersCopyStaysAsItWas();
 };
 
 void ManagerRegistryTest::everythingIsEmptyBeforeAnAnswer()
 {
-    QVERIFY(addSilent(a));
-    QVERIFY(manager()->services().isEmpty());
-    QVERIFY(manager()->accounts().isEmpty());
-    for (const QString &id : {QString(), QStringLiteral("any")}) {
-        compareEmpty(manager()->service(id), SocialService::ClassName);
-        compareEmpty(manager()->account(id), SocialServiceAccount::ClassName);
-        compareEmpty(manager()->serviceFromAccountId(id), SocialService::ClassName);
-        QVERIFY(manager()->providerNameFromAccountId(id).isNull());
+    auto *provider = new ScriptedProvider(a, {x});
+    provider->answersRegistry = false;
+    QVERIFY(ScriptedProvider::add(provider));
+    // Looking up leaves the manager as it is.
+    const KinletManager *registry = manager();
+    QVERIFY(registry->services().isEmpty());
+    QVERIFY(registry->accounts().isEmpty());
+    for (const QString &id : {QString(), x}) {
+        compareEmpty(registry->service(id), SocialService::ClassName);
+        compareEmpty(registry->account(id), SocialServiceAccount::ClassName);
+        compareEmpty(registry->serviceFromAccountId(id), SocialService::ClassName);
+        QVERIFY(registry->providerNameFromAccountId(id).isNull());
     }
-    compareEmpty(manager()->service(SocialServiceAccount()), SocialService::ClassName);
-    QVERIFY(manager()->accounts(SocialService()).isEmpty());
+    compareEmpty(registry->service(SocialServiceAccount()), SocialService::ClassName);
+    QVERIFY(registry->accounts(SocialService()).isEmpty());
+    QVERIFY(internalsOf(registry)->serviceCache.isEmpty());
+    QVERIFY(internalsOf(registry)->accountCache.isEmpty());
 }
 
 void ManagerRegistryTest::providersAreWalkedInTheOrderOfTheirNames()
@@ -129,6 +121,10 @@ void ManagerRegistryTest::providersAreWalkedInTheOrderOfTheirNames()
     }
     QCOMPARE(texts(manager()->services()), services);
     QCOMPARE(texts(manager()->accounts()), accounts);
+    for (const char *name : {"B", "a", "c", "d", "e", "f"}) {
+        QCOMPARE(manager()->providerNameFromAccountId(QStringLiteral("a1")), QLatin1String(name));
+        ScriptedProvider::remove(QLatin1String(name));
+    }
 }
 
 void ManagerRegistryTest::firstOfEqualIdsIsFound()
@@ -205,6 +201,43 @@ void ManagerRegistryTest::accountWithoutServiceFindsAServiceWithoutId()
              QStringLiteral("no id"));
 }
 
+void ManagerRegistryTest::emptyIdFindsTheFirstAccountWithoutId()
+{
+    auto *provider = new ScriptedProvider(a, {x});
+    provider->accountList.append(accountOf(QStringLiteral(""), QStringLiteral("first")));
+    provider->accountList.append(SocialServiceAccount());
+    QVERIFY(ScriptedProvider::add(provider));
+    for (const QString &id : {QString(), QStringLiteral("")}) {
+        QCOMPARE(manager()->account(id).property(SocialServiceAccount::SocialServiceId),
+                 QStringLiteral("first"));
+        QCOMPARE(manager()->providerNameFromAccountId(id), a);
+    }
+}
+
+void ManagerRegistryTest::idsAreReadAsText()
+{
+    SocialService service;
+    service.setProperty(SocialGenericData::Id, 7);
+    SocialServiceAccount account;
+    account.setProperty(SocialGenericData::Id, 42);
+    account.setProperty(SocialServiceAccount::SocialServiceId, QByteArray("7"));
+    // The service of an account may be another provider's.
+    auto *services = new ScriptedProvider(a);
+    services->serviceList = {service};
+    QVERIFY(ScriptedProvider::add(services));
+    auto *accounts = new ScriptedProvider(x);
+    accounts->accountList = {account};
+    QVERIFY(ScriptedProvider::add(accounts));
+
+    const QString accountId = QStringLiteral("42");
+    QCOMPARE(manager()->service(QStringLiteral("7")).properties(), service.properties());
+    QCOMPARE(manager()->service(account).properties(), service.properties());
+    QCOMPARE(manager()->serviceFromAccountId(accountId).properties(), service.properties());
+    QCOMPARE(manager()->account(accountId).properties(), account.properties());
+    QCOMPARE(manager()->accounts(service).size(), 1);
+    QCOMPARE(manager()->providerNameFromAccountId(accountId), x);
+}
+
 void ManagerRegistryTest::accountsOfAService()
 {
     auto *second = new ScriptedProvider(QStringLiteral("second"));
@@ -220,95 +253,6 @@ void ManagerRegistryTest::accountsOfAService()
              QStringList({QStringLiteral("2 "), QStringLiteral("1 "), QStringLiteral("3 ")}));
     const auto unused = record<SocialService>(QStringLiteral("unused"), QString());
     QVERIFY(manager()->accounts(unused).isEmpty());
-}
-
-void ManagerRegistryTest::storedRecordsGetTheClassOfTheirType()
-{
-    ScriptedProvider *provider = addSilent(a);
-    SocialGenericData odd(QStringLiteral("Odd"));
-    odd.setProperty(SocialGenericData::Id, x);
-    odd.setProperty(QStringLiteral("Number"), 42);
-    odd.setParentAccount(QStringLiteral("parent"));
-    const QList<SocialGenericData> results{odd, SocialGenericData()};
-    for (const auto &request : std::as_const(provider->received)) {
-        request->setResults(results);
-        request->setRequestProgress(SocialDataRequest::Finished, {});
-    }
-    const SocialService service = manager()->service(x);
-    QCOMPARE(service.className(), QStringLiteral("SocialService"));
-    QCOMPARE(service.properties(), odd.properties());
-    QCOMPARE(service.parentAccount(), QStringLiteral("parent"));
-    const SocialServiceAccount account = manager()->account(x);
-    QCOMPARE(account.className(), QStringLiteral("SocialServiceAccount"));
-    QCOMPARE(account.properties(), odd.properties());
-    QCOMPARE(manager()->services().size(), 2);
-    QCOMPARE(manager()->services().at(1).className(), QStringLiteral("SocialService"));
-    QCOMPARE(odd.className(), QStringLiteral("Odd"));
-}
-
-void ManagerRegistryTest::resultsAreStoredWhateverTheStatus()
-{
-    ScriptedProvider *provider = addSilent(a);
-    const QList<KinletError> errors{KinletError(KinletError::NetworkFailed)};
-    for (const auto &request : std::as_const(provider->received)) {
-        request->setResults(recordsWithIds({x}));
-        // Not an end: nothing is taken over yet.
-        request->setRequestProgress(SocialDataRequest::Progressing, {});
-    }
-    QVERIFY(manager()->services().isEmpty() && manager()->accounts().isEmpty());
-    provider->received.at(0)->setRequestProgress(SocialDataRequest::Stopped, errors);
-    provider->received.at(1)->setRequestProgress(SocialDataRequest::Finished, errors);
-    QCOMPARE(texts(manager()->services()), QStringList(QStringLiteral("x ")));
-    QCOMPARE(texts(manager()->accounts()), QStringList(QStringLiteral("x ")));
-}
-
-void ManagerRegistryTest::laterAnswerReplacesTheList()
-{
-    // The answer of a removed provider is still to come when one of its name has answered.
-    ScriptedProvider *early = addSilent(a);
-    const QSharedPointer<KinletInterface> alive = manager()->provider(a);
-    ScriptedProvider::remove(a);
-    QVERIFY(addTwin(a));
-    QCOMPARE(manager()->accounts().size(), 2);
-
-    for (const auto &request : std::as_const(early->received)) {
-        request->setResults(recordsWithIds({x}));
-        request->setRequestProgress(SocialDataRequest::Finished, {});
-    }
-    QCOMPARE(texts(manager()->services()), QStringList(QStringLiteral("x ")));
-    QCOMPARE(texts(manager()->accounts()), QStringList(QStringLiteral("x ")));
-    QVERIFY(manager()->providerNameFromAccountId(QStringLiteral("a1")).isNull());
-}
-
-void ManagerRegistryTest::otherProvidersAnswersStay()
-{
-    QVERIFY(ScriptedProvider::add(QStringLiteral("b"), {QStringLiteral("b1")}));
-    ScriptedProvider *provider = addSilent(a);
-    provider->received.at(1)->setRequestProgress(SocialDataRequest::Finished, {});
-    // An empty answer is an answer.
-    QVERIFY(internalsOf(manager())->accountCache.contains(a));
-    QVERIFY(!internalsOf(manager())->serviceCache.contains(a));
-    QCOMPARE(manager()->providerNameFromAccountId(QStringLiteral("b1")), QStringLiteral("b"));
-}
-
-void ManagerRegistryTest::unknownRequestChangesNothing()
-{
-    QVERIFY(addTwin(a));
-    internalsOf(manager())->initializedFlag = false;
-    for (const char *slot : {"onGetServicesFinished", "onGetAccountsFinished"}) {
-        const QPointer<SocialDataRequest> request(new SocialGetAccountsRequest);
-        request->setResults(recordsWithIds({x}));
-        QVERIFY(
-            QMetaObject::invokeMethod(manager(), slot, Q_ARG(SocialDataRequest *, request.data())));
-        runDeferredDeletes();
-        QVERIFY(request);
-        delete request;
-        QVERIFY(!manager()->isInitialized());
-        QCOMPARE(manager()->services().size(), 2);
-        QCOMPARE(manager()->accounts().size(), 2);
-        QCOMPARE(internalsOf(manager())->serviceCache.size(), 1);
-        QCOMPARE(internalsOf(manager())->accountCache.size(), 1);
-    }
 }
 
 void ManagerRegistryTest::removedProviderIsForgotten()

@@ -21,6 +21,15 @@ SocialServiceAccount accountIn(const QString &id, const QVariant &state)
     return account;
 }
 
+/// A provider that describes itself anew whenever it is asked.
+class RenamedProvider : public ScriptedProvider {
+public:
+    using ScriptedProvider::ScriptedProvider;
+    QVariantMap metaData() override { return description; }
+
+    QVariantMap description{{QStringLiteral("name"), name}};
+};
+
 }
 
 class ManagerUpdatesTest : public QObject {
@@ -39,9 +48,10 @@ private Q_SLOTS:
     void goneAccountsAreReported();
     void goneAccountsAreReportedTogether();
     void stateOfOtherRecordsIsIgnored();
-    void stateIsDroppedBeforeStartupEnds();
+    void onlyStateIsDroppedBeforeStartupEnds();
     void goneAccountsStayInTheRegistry();
     void updatesOfANamelessProviderAreDropped();
+    void nameIsReadAtEachUpdate();
     void updatesThatNoProviderSendsAreDropped();
 
 Q_SIGNALS:
@@ -163,6 +173,7 @@ void ManagerUpdatesTest::goneAccountsAreReported_data()
         QTest::newRow(qPrintable(QString::number(state)))
             << QVariant(state) << (state == 4 || state == 5);
     QTest::newRow("text 4") << QVariant(QStringLiteral("4")) << true;
+    QTest::newRow("fraction") << QVariant(4.25) << true;
     QTest::newRow("text") << QVariant(QStringLiteral("gone")) << false;
     QTest::newRow("missing") << QVariant() << false;
     QTest::newRow("list") << QVariant(QVariantList{QVariant(4)}) << false;
@@ -180,9 +191,10 @@ void ManagerUpdatesTest::goneAccountsAreReportedTogether()
 {
     Q_EMIT provider->dataUpdate({accountIn(QStringLiteral("z"), 5),
                                  accountIn(QStringLiteral("m"), 1),
-                                 accountIn(QStringLiteral("b"), 4), accountIn(QString(), 4)},
+                                 accountIn(QStringLiteral("b"), 4), accountIn(QString(), 4),
+                                 accountIn(QStringLiteral("z"), 4)},
                                 {stateKey});
-    QCOMPARE(events, QStringList(QStringLiteral("removed z,b,")));
+    QCOMPARE(events, QStringList(QStringLiteral("removed z,b,,z")));
 }
 
 void ManagerUpdatesTest::stateOfOtherRecordsIsIgnored()
@@ -202,10 +214,24 @@ void ManagerUpdatesTest::stateOfOtherRecordsIsIgnored()
     QCOMPARE(events, QStringList(QStringLiteral("removed real")));
 }
 
-void ManagerUpdatesTest::stateIsDroppedBeforeStartupEnds()
+void ManagerUpdatesTest::onlyStateIsDroppedBeforeStartupEnds()
 {
     internalsOf(manager())->initializedFlag = false;
+    const QSignalSpy persons(manager(),
+                             SIGNAL(personsUpdate(QList<SocialNetworkPerson>, QList<QString>)));
+    Q_EMIT provider->personsUpdate({}, {});
+    QCOMPARE(persons.count(), 1);
+    Q_EMIT provider->dataUpdate({}, {});
+    QCOMPARE(events, QStringList(QStringLiteral("data")));
+
+    events.clear();
+    SocialServiceAccount both = importing(ended(1, 2, 3));
+    both.setProperty(stateKey, 4);
+    Q_EMIT provider->dataUpdate({both}, {stateKey, progressKey});
     Q_EMIT provider->dataUpdate({accountIn(QStringLiteral("early"), 4)}, {stateKey});
+    QCOMPARE(events, QStringList(QStringLiteral("ended service account 1 2 3")));
+
+    events.clear();
     QVERIFY(forceInitialized(manager()));
     Q_EMIT provider->dataUpdate({accountIn(QStringLiteral("late"), 4)}, {stateKey});
     QCOMPARE(events, QStringList(QStringLiteral("removed late")));
@@ -236,6 +262,28 @@ void ManagerUpdatesTest::updatesOfANamelessProviderAreDropped()
                              SIGNAL(personsUpdate(QList<SocialNetworkPerson>, QList<QString>)));
     Q_EMIT nameless->personsUpdate({}, {});
     QCOMPARE(persons.count(), 1);
+}
+
+void ManagerUpdatesTest::nameIsReadAtEachUpdate()
+{
+    const QString key = QStringLiteral("name");
+    auto *other = new RenamedProvider(QStringLiteral("b"), {accountId});
+    QVERIFY(ScriptedProvider::add(other));
+    // Without the key, and with a name that has no text form.
+    for (const QVariantMap &description :
+         {QVariantMap(), QVariantMap{{QStringLiteral("Name"), key}},
+          QVariantMap{{key, QVariantList{key}}}}) {
+        other->description = description;
+        Q_EMIT other->dataUpdate({}, {});
+        Q_EMIT other->dataUpdate({importing(running())}, {progressKey});
+        QCOMPARE(events, QStringList());
+    }
+    // A number has one. Its accounts are looked for under that name.
+    other->description = {{key, 7}};
+    Q_EMIT other->dataUpdate({importing(running())}, {progressKey});
+    QCOMPARE(events, QStringList(QStringLiteral("started service account")));
+    QVERIFY(internalsOf(manager())->accountCache.contains(QStringLiteral("7")));
+    QVERIFY(!manager()->account(accountId).hasProperty(progressKey));
 }
 
 void ManagerUpdatesTest::updatesThatNoProviderSendsAreDropped()
