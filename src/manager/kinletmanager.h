@@ -76,39 +76,42 @@ public:
      */
     void performRequest(SocialDataRequest *request, const QList<SocialServiceAccount> &accounts);
 
-    // The registry: what the providers reported. All lookups walk the providers in the order of
-    // their names; within one, in the order of its answer. Ids are compared exactly. What is not
-    // found is an empty record of its type, or a null text.
+    // The registry: copies of what the providers have reported so far, each answer in place of an
+    // earlier one. Nothing is merged: several providers may report one id. All lookups walk the
+    // providers in the order of their names; within one, in the order of its answer. Ids are
+    // compared exactly. What is not found is an empty record of its type, or a null text.
 
     /// Every service of every provider.
     QList<SocialService> services() const;
     /// The first service with that id.
     SocialService service(const QString &serviceId) const;
-    /// The service that the account belongs to.
+    /// The service whose id is the account's SocialServiceId.
     SocialService service(const SocialServiceAccount &account) const;
     /// Every account of every provider.
     QList<SocialServiceAccount> accounts() const;
     /// The first account with that id.
     SocialServiceAccount account(const QString &accountId) const;
-    /// The accounts that belong to the service.
+    /// The accounts whose SocialServiceId is the service's id.
     QList<SocialServiceAccount> accounts(const SocialService &service) const;
-    /// The name of the provider that reported the account.
+    /// The name of the first provider that reported an account with that id.
     QString providerNameFromAccountId(const QString &accountId) const;
     /// The service of the account with that id.
     SocialService serviceFromAccountId(const QString &accountId) const;
 
 Q_SIGNALS:
-    /// A provider has pushed persons.
+    /// A provider has pushed persons; \a updatedProperties names what it says has changed in them.
     void personsUpdate(const QList<SocialNetworkPerson> &data,
                        const QList<QString> &updatedProperties);
-    /// A provider has pushed records that are not account news.
+    /// The same for records, unless they are account news: those are the signals below instead.
     void dataUpdate(const QList<SocialGenericData> &data, const QList<QString> &updatedProperties);
     /// A provider has reported that accounts are gone. Not emitted before isInitialized(). The
-    /// accounts stay in the registry until their provider answers again.
+    /// accounts stay in the registry until their provider goes or answers again.
     void accountsRemoved(const QStringList &accountIds);
-    /// A contacts import has begun; \a service and \a accountId are ids.
+    /// A contacts import has begun; \a service and \a accountId are ids. Emitted at any time, also
+    /// for accounts that are not in the registry; one that is has been replaced by the pushed
+    /// record.
     void importStarted(const QString &service, const QString &accountId);
-    /// A contacts import has ended, with numbers of contacts.
+    /// A contacts import has ended, with numbers of contacts. Otherwise like importStarted().
     void importEnded(const QString &service, const QString &accountId, int contactsAdded,
                      int contactsRemoved, int contactsMerged);
     /// The accounts answers of all providers present at construction have arrived. At most once.
