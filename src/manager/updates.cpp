@@ -82,11 +82,9 @@ void KinletManager::importProgressUpdate(const QString &providerName,
             if (cached != entry->end())
                 *cached = SocialServiceAccount(record);
         }
-        // Another type than the progress's reads as the default: not running, nothing counted.
-        const auto value = record.variantProperty(SocialServiceAccount::ImportProgress);
-        SocialImportProgress progress;
-        if (value.userType() == qMetaTypeId<SocialImportProgress>())
-            progress = value.value<SocialImportProgress>();
+        // Another type reads as the default: not running, nothing counted.
+        const auto progress = record.variantProperty(SocialServiceAccount::ImportProgress)
+                                  .value<SocialImportProgress>();
         if (progress.running)
             Q_EMIT importStarted(serviceId, id);
         else
