@@ -5,9 +5,12 @@
 #include "records/valuetypes.h"
 #include "support/streambytes.h"
 
+#include <QBuffer>
 #include <QDate>
 #include <QEasingCurve>
 #include <QUrl>
+
+#include <algorithm>
 
 namespace {
 
@@ -41,6 +44,27 @@ Outcome readByQt(const QByteArray &bytes, int version, QDataStream::ByteOrder or
     in >> className >> properties;
     return {in.status(), in.device()->pos(), className, written(properties)};
 }
+
+// What was read once is gone, as in a socket.
+class Pipe : public QIODevice {
+public:
+    explicit Pipe(const QByteArray &bytes) : m_bytes(bytes) { }
+    bool isSequential() const override { return true; }
+    qint64 bytesAvailable() const override { return m_bytes.size() + QIODevice::bytesAvailable(); }
+
+protected:
+    qint64 readData(char *data, qint64 size) override
+    {
+        const QByteArray read = m_bytes.left(int(size));
+        m_bytes.remove(0, read.size());
+        std::copy(read.cbegin(), read.cend(), data);
+        return read.size();
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QByteArray m_bytes;
+};
 
 SocialGenericData recordOfEverything()
 {
@@ -92,6 +116,8 @@ private Q_SLOTS:
     void readsNamedContainers_data();
     void readsNamedContainers();
     void readsAfterErrors();
+    void readsInOtherSettings_data();
+    void readsInOtherSettings();
 };
 
 void SameAsQtTest::initTestCase()
@@ -241,6 +267,64 @@ void SameAsQtTest::readsAfterErrors()
         const Outcome outcome = readByKinlet(bytes, DefaultVersion, QDataStream::BigEndian);
         QCOMPARE(outcome.status, QDataStream::ReadCorruptData);
         QVERIFY(outcome == readByQt(bytes, DefaultVersion, QDataStream::BigEndian));
+    }
+}
+
+using Set = void (*)(QDataStream &);
+Q_DECLARE_METATYPE(Set)
+
+void SameAsQtTest::readsInOtherSettings_data()
+{
+    QTest::addColumn<Set>("set");
+    QTest::addColumn<bool>("isSequential");
+    const Set none = [](QDataStream &) {};
+    const Set singlePrecision = [](QDataStream &stream) {
+        stream.setFloatingPointPrecision(QDataStream::SinglePrecision);
+    };
+    const Set transaction = [](QDataStream &stream) {
+        if (stream.device()->isReadable())
+            stream.startTransaction();
+    };
+    QTest::newRow("single precision") << singlePrecision << false;
+    QTest::newRow("transaction") << transaction << false;
+    QTest::newRow("sequential device") << none << true;
+    QTest::newRow("transaction, sequential device") << transaction << true;
+}
+
+void SameAsQtTest::readsInOtherSettings()
+{
+    QFETCH(Set, set);
+    QFETCH(bool, isSequential);
+    QByteArray bytes;
+    QDataStream out(&bytes, QIODevice::WriteOnly);
+    set(out);
+    out << recordOfEverything();
+    for (int length = 0; length <= bytes.size(); ++length) {
+        const QByteArray cut = bytes.left(length);
+        const auto outcomeOf = [&](auto read) {
+            QBuffer buffer;
+            Pipe pipe(cut);
+            buffer.setData(cut);
+            QIODevice *device = isSequential ? static_cast<QIODevice *>(&pipe) : &buffer;
+            device->open(QIODevice::ReadOnly);
+            QDataStream in(device);
+            set(in);
+            QString className;
+            QVariantMap properties;
+            read(in, className, properties);
+            return Outcome{in.status(), device->bytesAvailable(), className, written(properties)};
+        };
+        const Outcome outcome = outcomeOf([](QDataStream &in, QString &name, QVariantMap &values) {
+            SocialGenericData record;
+            in >> record;
+            name = record.className();
+            values = record.properties();
+        });
+        QVERIFY2(outcome == outcomeOf([](QDataStream &in, QString &name, QVariantMap &values) {
+                     in >> name >> values;
+                 }),
+                 qPrintable(QString::number(length)));
+        QCOMPARE(outcome.status == QDataStream::Ok, length == bytes.size());
     }
 }
 
