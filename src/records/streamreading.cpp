@@ -141,19 +141,21 @@ bool isOversizedCurve(QDataStream &in, const Header &header)
 {
     if (header.type != QMetaType::QEasingCurve || in.version() <= QDataStream::Qt_5_12)
         return false;
-    StreamOf stream(in.device()->peek(in.device()->bytesAvailable()), in);
     const int number = in.floatingPointPrecision() == QDataStream::SinglePrecision ? 4 : 8;
-    stream.skipRawData(header.size + 1 + 8); // type and function
-    bool hasSettings = false;
-    stream >> hasSettings;
-    stream.skipRawData(3 * number);
+    const int settings = header.size + 1 + 8; // after type and function
+    qint64 end = settings + 1 + 3 * number;
     for (const int pointSize : {2 * number, 5 * number}) {
+        // No more than the curve: a stream of many would be copied for each.
+        StreamOf stream(in.device()->peek(end + 4), in);
+        bool hasSettings = false;
         quint32 count = 0;
+        stream.skipRawData(settings);
+        stream >> hasSettings;
+        stream.skipRawData(int(end) - settings - 1);
         stream >> count;
-        const qint64 size = qint64(count) * pointSize;
-        if (size > stream.device()->bytesAvailable())
+        end += 4 + qint64(count) * pointSize;
+        if (end > in.device()->bytesAvailable())
             return hasSettings;
-        stream.skipRawData(int(size));
     }
     return false;
 }
