@@ -113,6 +113,7 @@ KinletManager::KinletManager(QObject *parent, KinletManager **self)
         d->initializedFlag = true;
 }
 
+// Deliberately leaves instance_ alone: only cleanupInstance() ends the singleton.
 KinletManager::~KinletManager()
 {
     delete d;
@@ -186,16 +187,21 @@ void KinletManager::onPluginLoaded(const QString &pluginId)
     addProvider(d->pluginHandle(pluginId));
 }
 
+// Deliberately without a look at what is still pending: a removal alone does not end start-up. Nor
+// are its requests forgotten: a late answer still counts.
 void KinletManager::onPluginRemoved(const QString &name)
 {
     d->pendingProviders.removeAll(name);
     const QSharedPointer<KinletInterface> provider = d->providers.take(name);
+    // From everybody, not from the manager only.
     if (provider)
         QObject::disconnect(provider.data(), nullptr, nullptr, nullptr);
     d->serviceCache.remove(name);
     d->accountCache.remove(name);
 }
 
+// Deliberately unlike a removal: whoever is dropped stays connected, and keeps its requests, whose
+// answers do not count any more.
 void KinletManager::onInitalized()
 {
     if (isInitialized())

@@ -35,8 +35,10 @@ public:
     /// manager is being built, to a provider that asks for it. Not to be called first from two
     /// threads at once.
     static KinletManager *instance();
-    /// Ends the manager, the only sanctioned way to do so; harmless when there is none. The next
-    /// instance() makes a new one. May be called from a slot on one of the manager's signals.
+    /// Ends the manager; harmless when there is none. The next instance() makes a new one. The only
+    /// sanctioned way: once the manager has ended otherwise, with the application object for one,
+    /// instance() returns a dangling pointer. May be called from a slot on one of the manager's
+    /// signals, but not while the manager is being built.
     static void cleanupInstance();
 
     /// For tests and embedders; applications use instance(), which requests always go through.
@@ -115,6 +117,7 @@ Q_SIGNALS:
     void importEnded(const QString &service, const QString &accountId, int contactsAdded,
                      int contactsRemoved, int contactsMerged);
     /// The accounts answers of all providers present at construction have arrived. At most once.
+    /// One that never answers keeps it from coming: start-up has no time limit.
     void initialized();
 
 private Q_SLOTS:
