@@ -3,12 +3,8 @@
 
 #include "managerinternals.h"
 #include "support/scriptedprovider.h"
-#include "support/streambytes.h"
 #include "support/watchedrequest.h"
 
-#include <QDataStream>
-#include <QIODevice>
-#include <QMetaMethod>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -33,129 +29,35 @@ public:
     QVariantMap metaData() override { return {{QStringLiteral("name"), currentName}}; }
     using QObject::receivers;
 
-    QString currentName = name;
+    QVariant currentName = name;
 };
 
 }
 
-/// The singleton and its registry of providers.
+/// The registry of providers, and requests on their way to them.
 class ManagerProvidersTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void cleanup() { KinletManager::cleanupInstance(); }
 
-    void instanceIsOneChildOfTheApplication();
-    void instanceMakesValuesReadable_data();
-    void instanceMakesValuesReadable();
-    void instanceRegistersTheValueTypes();
-    void cleanupTwiceThenAFreshOne();
-    void signalsAndSlotsByName();
     void unknownProviderIsANullHandle();
     void addedProviderIsFound();
     void nullHandleIsRefused();
     void takenNameIsRefusedAndReleased();
     void nameIsCaseSensitive();
     void providerWithoutNameIsRegisteredUnderTheEmptyOne();
+    void nameIsTheTextOfItsValue();
     void addedProviderIsAskedForServicesThenAccounts();
+    void providerIsRegisteredAndHeardBeforeItIsAsked();
     void onlyTwoSignalsAreConnected();
     void oneObjectUnderTwoNamesIsConnectedOnce();
     void providerGoesWithItsLastHandle();
+    void providerThatComesBackIsAskedAgain();
     void requestIsNarrowedToTheAccounts_data();
     void requestIsNarrowedToTheAccounts();
     void requestBeforeTheEndOfStartupIsPerformed();
 };
-
-void ManagerProvidersTest::instanceIsOneChildOfTheApplication()
-{
-    const KinletManager *first = manager();
-    QVERIFY(first);
-    QCOMPARE(first->parent(), static_cast<QObject *>(QCoreApplication::instance()));
-    QCOMPARE(manager(), first);
-}
-
-void ManagerProvidersTest::instanceMakesValuesReadable_data()
-{
-    QTest::addColumn<int>("size");
-    QTest::newRow("Media") << 16;
-    QTest::newRow("SocialActionIconTexts") << 16;
-    QTest::newRow("SocialActivityAttachment") << 20;
-    QTest::newRow("SocialImportProgress") << 13;
-}
-
-// Stands before what mentions the types: Qt 6 knows each from then on without being told.
-void ManagerProvidersTest::instanceMakesValuesReadable()
-{
-    QFETCH(int, size);
-    QVERIFY(manager());
-    ByteReader in(hex("00000400 00") + written(QTest::currentDataTag()) + QByteArray(size, '\0'),
-                  QDataStream::Qt_5_15);
-    QVariant value;
-    in >> value;
-    QCOMPARE(in.status(), QDataStream::Ok);
-    QVERIFY(in.atEnd());
-    QCOMPARE(value.typeName(), QTest::currentDataTag());
-}
-
-void ManagerProvidersTest::instanceRegistersTheValueTypes()
-{
-    QVERIFY(manager());
-    SocialImportProgress progress;
-    progress.contactsMerged = 7;
-    QByteArray bytes;
-    QDataStream out(&bytes, QIODevice::WriteOnly);
-    out << QVariant::fromValue(progress);
-    QDataStream in(bytes);
-    QVariant value;
-    in >> value;
-    QCOMPARE(value.value<SocialImportProgress>().contactsMerged, 7);
-}
-
-void ManagerProvidersTest::cleanupTwiceThenAFreshOne()
-{
-    const QPointer<KinletManager> first(manager());
-    QVERIFY(ScriptedProvider::add(a));
-    KinletManager::cleanupInstance();
-    QVERIFY(!first);
-    KinletManager::cleanupInstance();
-    QVERIFY(manager());
-    QVERIFY(!manager()->hasProvider(a));
-}
-
-void ManagerProvidersTest::signalsAndSlotsByName()
-{
-    QStringList methods;
-    const QMetaObject &meta = KinletManager::staticMetaObject;
-    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
-        const QMetaMethod method = meta.method(i);
-        const bool isSignal = method.methodType() == QMetaMethod::Signal;
-        QCOMPARE(method.access(), isSignal ? QMetaMethod::Public : QMetaMethod::Private);
-        // The two Qt versions write a list of texts in two ways.
-        QString signature = QString::fromLatin1(method.methodSignature());
-        signature.replace(QLatin1String("QList<QString>"), QLatin1String("QStringList"));
-        methods.append(QLatin1String(isSignal ? "signal " : "slot ") + signature + u' '
-                       + QString::fromLatin1(method.parameterNames().join(',')));
-    }
-    const char *const expected[] = {
-        "signal personsUpdate(QList<SocialNetworkPerson>,QStringList) data,updatedProperties",
-        "signal dataUpdate(QList<SocialGenericData>,QStringList) data,updatedProperties",
-        "signal accountsRemoved(QStringList) accountIds",
-        "signal importStarted(QString,QString) service,accountId",
-        ("signal importEnded(QString,QString,int,int,int) "
-         "service,accountId,contactsAdded,contactsRemoved,contactsMerged"),
-        "signal initialized() ",
-        "slot onPluginLoaded(QString) pluginId",
-        "slot onPluginRemoved(QString) name",
-        "slot onGetServicesFinished(SocialDataRequest*) request",
-        "slot onGetAccountsFinished(SocialDataRequest*) request",
-        "slot onDataUpdate(QList<SocialGenericData>,QStringList) data,updatedProperties",
-        "slot onInitalized() ",
-    };
-    QStringList list;
-    for (const char *text : expected)
-        list.append(QString::fromLatin1(text));
-    QCOMPARE(methods, list);
-}
 
 void ManagerProvidersTest::unknownProviderIsANullHandle()
 {
@@ -222,6 +124,14 @@ void ManagerProvidersTest::providerWithoutNameIsRegisteredUnderTheEmptyOne()
     runDeferredDeletes();
 }
 
+void ManagerProvidersTest::nameIsTheTextOfItsValue()
+{
+    auto *provider = new WatchedProvider(a);
+    provider->currentName = 7;
+    QVERIFY(ScriptedProvider::add(provider));
+    QCOMPARE(manager()->allProviderNames(), QList<QString>({QStringLiteral("7")}));
+}
+
 void ManagerProvidersTest::addedProviderIsAskedForServicesThenAccounts()
 {
     const QPointer<ScriptedProvider> provider(new ScriptedProvider(a));
@@ -243,6 +153,25 @@ void ManagerProvidersTest::addedProviderIsAskedForServicesThenAccounts()
     QVERIFY(provider->received.at(0) && provider->received.at(1));
     runDeferredDeletes();
     QVERIFY(!provider->received.at(0) && !provider->received.at(1));
+}
+
+void ManagerProvidersTest::providerIsRegisteredAndHeardBeforeItIsAsked()
+{
+    const QSignalSpy persons(manager(),
+                             SIGNAL(personsUpdate(QList<SocialNetworkPerson>, QList<QString>)));
+    const QSignalSpy data(manager(), SIGNAL(dataUpdate(QList<SocialGenericData>, QList<QString>)));
+    auto *provider = new ScriptedProvider(a);
+    provider->answersRegistry = false;
+    provider->onPerform = [&](SocialDataRequest *request) {
+        QCOMPARE(manager()->provider(a).data(), static_cast<KinletInterface *>(provider));
+        QVERIFY(internalsOf(manager())->initRequests.contains(request));
+        Q_EMIT provider->personsUpdate({}, {});
+        Q_EMIT provider->dataUpdate({}, {});
+    };
+    QVERIFY(ScriptedProvider::add(provider));
+    QCOMPARE(provider->received.size(), 2);
+    QCOMPARE(persons.count(), 2);
+    QCOMPARE(data.count(), 2);
 }
 
 void ManagerProvidersTest::onlyTwoSignalsAreConnected()
@@ -285,6 +214,24 @@ void ManagerProvidersTest::providerGoesWithItsLastHandle()
     QVERIFY(!provider);
 }
 
+void ManagerProvidersTest::providerThatComesBackIsAskedAgain()
+{
+    auto *gone = new ScriptedProvider(a);
+    gone->answersRegistry = false;
+    const QSharedPointer<KinletInterface> handle(gone, &QObject::deleteLater);
+    QVERIFY(manager()->addProvider(handle));
+    ScriptedProvider::remove(a);
+    QCOMPARE(gone->cancelled.size(), 0);
+
+    QVERIFY(ScriptedProvider::add(a, {QStringLiteral("account")}));
+    QCOMPARE(manager()->accounts().size(), 1);
+    // The requests of the one that is gone are still known, under the same name.
+    QCOMPARE(internalsOf(manager())->initRequests.size(), 2);
+    gone->answer();
+    QVERIFY(manager()->accounts().isEmpty());
+    QCOMPARE(manager()->services().size(), 1);
+}
+
 void ManagerProvidersTest::requestIsNarrowedToTheAccounts_data()
 {
     QTest::addColumn<QStringList>("before");
@@ -299,6 +246,11 @@ void ManagerProvidersTest::requestIsNarrowedToTheAccounts_data()
                                << QStringList({a, b});
     QTest::newRow("replaces an earlier filter")
         << QStringList(QStringLiteral("b1")) << QStringList(QStringLiteral("a1")) << QStringList(a);
+    QTest::newRow("twice the same")
+        << QStringList() << QStringList({QStringLiteral("a1"), QStringLiteral("a1")})
+        << QStringList(a);
+    // Deliberately not the same as none.
+    QTest::newRow("without id") << QStringList() << QStringList(QString()) << QStringList();
     QTest::newRow("unknown") << QStringList() << QStringList(QStringLiteral("x")) << QStringList();
 }
 
