@@ -2,16 +2,19 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "managerinternals.h"
+#include "plugincalls.h"
 #include "plugins/socialpluginloader.h"
 #include "requests/socialdatarequest.h"
 #include "support/pluginfolder.h"
 #include "support/scriptedprovider.h"
 
+#include <QMetaMethod>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -31,26 +34,9 @@ SocialPluginRepository *repository()
     return internalsOf(manager())->pluginRepository;
 }
 
-bool answer(const QSharedPointer<KinletInterface> &provider, int type)
-{
-    return QMetaObject::invokeMethod(provider.data(), "answer", Q_ARG(int, type));
 }
 
-bool holds(const QSharedPointer<KinletInterface> &provider, int type)
-{
-    bool held = false;
-    QMetaObject::invokeMethod(provider.data(), "holds", Q_RETURN_ARG(bool, held), Q_ARG(int, type));
-    return held;
-}
-
-bool push(const QSharedPointer<KinletInterface> &provider)
-{
-    return QMetaObject::invokeMethod(provider.data(), "push");
-}
-
-}
-
-/// The manager with plug-ins that come and go, and its forced end of start-up.
+/// The manager with plug-ins that come and go.
 class ManagerPluginsTest : public QObject {
     Q_OBJECT
 
@@ -67,14 +53,12 @@ private Q_SLOTS:
     void pluginLoadedTwiceStays();
     void removedPluginIsForgotten();
     void removedProviderLivesWhileAHandleIsHeld();
+    void removalIsSilent();
     void removingTheLastPendingProviderDoesNotInitialize();
     void removingAnUnknownNameIsHarmless();
     void removedPendingProviderIsNotWaitedFor();
+    void removalForgetsEveryMention();
     void answerAfterRemovalIsKeptUntilTheNextRemoval();
-    void forcedEndDropsWhoHasNotAnswered();
-    void forcedEndLeavesConnectionsAndRequests();
-    void forcedEndKeepsWhoHasAnswered();
-    void forcedEndOnceInitializedDoesNothing();
     void pluginErrorsReachOnlyTheLoader();
 
 private:
@@ -172,6 +156,24 @@ void ManagerPluginsTest::removedProviderLivesWhileAHandleIsHeld()
     QVERIFY(!plugin);
 }
 
+void ManagerPluginsTest::removalIsSilent()
+{
+    folder->providers({a, aHeld});
+    QVERIFY(!manager()->isInitialized());
+    std::vector<std::unique_ptr<QSignalSpy>> spies;
+    const QMetaObject &meta = KinletManager::staticMetaObject;
+    for (int i = meta.methodOffset(); i < meta.methodCount(); ++i) {
+        if (meta.method(i).methodType() == QMetaMethod::Signal)
+            spies.push_back(std::make_unique<QSignalSpy>(manager(), meta.method(i)));
+    }
+    QCOMPARE(spies.size(), size_t(6));
+    for (const QString &name : {a, aHeld})
+        Q_EMIT repository()->pluginRemoved(name);
+    QVERIFY(manager()->allProviders().isEmpty());
+    for (const auto &spy : spies)
+        QVERIFY2(spy->isEmpty(), spy->signal().constData());
+}
+
 void ManagerPluginsTest::removingTheLastPendingProviderDoesNotInitialize()
 {
     folder->providers({a, bHeld});
@@ -204,14 +206,26 @@ void ManagerPluginsTest::removedPendingProviderIsNotWaitedFor()
     QCOMPARE(initialized.count(), 1);
 }
 
+void ManagerPluginsTest::removalForgetsEveryMention()
+{
+    folder->providers({aHeld, bHeld});
+    internalsOf(manager())->pendingProviders.append(aHeld);
+    Q_EMIT repository()->pluginRemoved(aHeld);
+    QCOMPARE(internalsOf(manager())->pendingProviders, QStringList(bHeld));
+}
+
 void ManagerPluginsTest::answerAfterRemovalIsKeptUntilTheNextRemoval()
 {
     folder->providers({aHeld});
+    const QSignalSpy initialized(manager(), SIGNAL(initialized()));
     const QSharedPointer<KinletInterface> provider = manager()->provider(aHeld);
     Q_EMIT repository()->pluginRemoved(aHeld);
     QCOMPARE(internalsOf(manager())->initRequests.size(), 2);
     QVERIFY(answer(provider, services));
+    QCOMPARE(initialized.count(), 0);
+    // It ends start-up too: nobody else is waited for.
     QVERIFY(answer(provider, accounts));
+    QCOMPARE(initialized.count(), 1);
     QVERIFY(!manager()->hasProvider(aHeld));
     QCOMPARE(manager()->services().size(), 1);
     QCOMPARE(manager()->providerNameFromAccountId(QStringLiteral("a-held-account")), aHeld);
@@ -221,79 +235,6 @@ void ManagerPluginsTest::answerAfterRemovalIsKeptUntilTheNextRemoval()
     Q_EMIT repository()->pluginRemoved(aHeld);
     QVERIFY(manager()->services().isEmpty());
     QVERIFY(manager()->accounts().isEmpty());
-}
-
-void ManagerPluginsTest::forcedEndDropsWhoHasNotAnswered()
-{
-    folder->providers({aHeld, bHeld, QStringLiteral("c")});
-    const QSignalSpy initialized(manager(), SIGNAL(initialized()));
-    const QPointer<QObject> plugin(manager()->provider(aHeld).data());
-    QVERIFY(answer(manager()->provider(aHeld), services));
-    internalsOf(manager())->accountCache.insert(aHeld, {SocialServiceAccount()});
-
-    QVERIFY(forceInitialized(manager()));
-    QVERIFY(manager()->isInitialized());
-    QCOMPARE(initialized.count(), 1);
-    QCOMPARE(manager()->allProviderNames(), QList<QString>({QStringLiteral("c")}));
-    QCOMPARE(internalsOf(manager())->pendingProviders, QStringList());
-    QCOMPARE(internalsOf(manager())->serviceCache.keys(), QStringList(QStringLiteral("c")));
-    QCOMPARE(internalsOf(manager())->accountCache.keys(), QStringList(QStringLiteral("c")));
-    QVERIFY(internalsOf(manager())->initRequests.isEmpty());
-    QCOMPARE(repository()->validPlugins(), QStringList(QStringLiteral("c")));
-    QVERIFY(plugin);
-    runDeferredDeletes();
-    QVERIFY(!plugin);
-}
-
-void ManagerPluginsTest::forcedEndLeavesConnectionsAndRequests()
-{
-    folder->providers({aHeld});
-    const QSharedPointer<KinletInterface> provider = manager()->provider(aHeld);
-    const QSignalSpy updates(manager(),
-                             SIGNAL(dataUpdate(QList<SocialGenericData>, QList<QString>)));
-    const QSignalSpy initialized(manager(), SIGNAL(initialized()));
-    QVERIFY(forceInitialized(manager()));
-    QVERIFY(push(provider));
-    QCOMPARE(updates.count(), 1);
-
-    // A late answer is ignored and its request stays the provider's.
-    QVERIFY(answer(provider, services));
-    QVERIFY(answer(provider, accounts));
-    runDeferredDeletes();
-    QVERIFY(holds(provider, services));
-    QVERIFY(holds(provider, accounts));
-    QVERIFY(manager()->services().isEmpty());
-    QVERIFY(manager()->accounts().isEmpty());
-    QCOMPARE(initialized.count(), 1);
-}
-
-void ManagerPluginsTest::forcedEndKeepsWhoHasAnswered()
-{
-    folder->providers({aHeld, bHeld});
-    QVERIFY(answer(manager()->provider(bHeld), accounts));
-    QVERIFY(forceInitialized(manager()));
-    QCOMPARE(manager()->allProviderNames(), QList<QString>({bHeld}));
-    QCOMPARE(internalsOf(manager())->initRequests.values(), QStringList(bHeld));
-    QVERIFY(answer(manager()->provider(bHeld), services));
-    QCOMPARE(manager()->services().size(), 1);
-}
-
-void ManagerPluginsTest::forcedEndOnceInitializedDoesNothing()
-{
-    folder->providers({a});
-    QVERIFY(manager()->isInitialized());
-    auto *late = new ScriptedProvider(QStringLiteral("late"));
-    late->answersRegistry = false;
-    QVERIFY(ScriptedProvider::add(late));
-    internalsOf(manager())->pendingProviders.append(a);
-    const QSignalSpy initialized(manager(), SIGNAL(initialized()));
-    QVERIFY(forceInitialized(manager()));
-    QVERIFY(forceInitialized(manager()));
-    QCOMPARE(initialized.count(), 0);
-    QCOMPARE(manager()->allProviders().size(), 2);
-    QCOMPARE(internalsOf(manager())->pendingProviders, QStringList(a));
-    QCOMPARE(internalsOf(manager())->initRequests.size(), 2);
-    QCOMPARE(repository()->validPlugins(), QStringList(a));
 }
 
 void ManagerPluginsTest::pluginErrorsReachOnlyTheLoader()

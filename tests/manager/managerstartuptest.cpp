@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "dbus/socialdbuspluginrepository.h"
 #include "managerinternals.h"
 #include "plugins/socialpluginloader.h"
 #include "requests/socialdatarequest.h"
@@ -52,7 +53,6 @@ private Q_SLOTS:
     void environmentChoosesTheRepository();
     void withoutPluginsItIsInitializedAtOnce();
     void withoutProvidersItWaitsForOneThatComesLater();
-    void withoutProvidersItCanBeForced();
     void everyOrderOfAnswers_data();
     void everyOrderOfAnswers();
     void servicesAnswerDoesNotCount();
@@ -94,6 +94,7 @@ void ManagerStartupTest::environmentChoosesTheRepository()
 
     const SocialPluginRepository *repository = internalsOf(manager())->pluginRepository;
     QCOMPARE(qobject_cast<const SocialPluginLoader *>(repository) != nullptr, inProcess);
+    QCOMPARE(qobject_cast<const SocialDBusPluginRepository *>(repository) != nullptr, !inProcess);
     QVERIFY(!repository->parent());
     QCOMPARE(manager()->hasProvider(QStringLiteral("a")), inProcess);
     QVERIFY(manager()->isInitialized());
@@ -130,17 +131,6 @@ void ManagerStartupTest::withoutProvidersItWaitsForOneThatComesLater()
     QVERIFY(!manager()->isInitialized());
     QCOMPARE(initialized.count(), 0);
     provider->received.at(1)->setRequestProgress(SocialDataRequest::Finished, {});
-    QVERIFY(manager()->isInitialized());
-    QCOMPARE(initialized.count(), 1);
-}
-
-void ManagerStartupTest::withoutProvidersItCanBeForced()
-{
-    const PluginFolder folder;
-    folder.copy("testcollector", QStringLiteral("a.so"));
-    QVERIFY(!manager()->isInitialized());
-    const QSignalSpy initialized(manager(), SIGNAL(initialized()));
-    QVERIFY(forceInitialized(manager()));
     QVERIFY(manager()->isInitialized());
     QCOMPARE(initialized.count(), 1);
 }
