@@ -28,12 +28,6 @@ namespace {
 
 const QString defaultPluginPath = QStringLiteral("/usr/lib/kinlet-1.0/plugins");
 
-// By identifier, not by dynamic type: the plug-in has to declare the interface.
-KinletInterface *asProvider(PersonCollectorInterface *plugin)
-{
-    return static_cast<KinletInterface *>(plugin->qt_metacast("com.orvane.lumend.Kinlet/1.0"));
-}
-
 }
 
 SocialPluginLoader::SocialPluginLoader(const QStringList &initList, const QStringList &excludeList,
@@ -165,7 +159,10 @@ PersonCollectorInterface *SocialPluginLoader::plugin(const QString &id)
 KinletInterface *SocialPluginLoader::kinletPlugin(const QString &id)
 {
     PersonCollectorInterface *const found = plugin(id);
-    return found ? asProvider(found) : nullptr;
+    // By identifier, not by dynamic type: the plug-in has to declare the interface.
+    return found
+        ? static_cast<KinletInterface *>(found->qt_metacast("com.orvane.lumend.Kinlet/1.0"))
+        : nullptr;
 }
 
 void SocialPluginLoader::onError(const QString &name, const QString &error, const QString &message)
@@ -175,17 +172,18 @@ void SocialPluginLoader::onError(const QString &name, const QString &error, cons
     // A plug-in that fails inside init() must not be initialised from inside it without end.
     if (d->recovering.contains(name))
         return;
-    const QString plugin = name;
+    // A copy: the name may die with the plug-in that sent it.
+    const QString failed = name;
     const QPointer<SocialPluginLoader> self(this);
-    d->recovering.append(plugin);
+    d->recovering.append(failed);
     // Deliberately once for every plug-in held, and with an entry for a name that is not known.
     const QStringList held = validPlugins();
     for (int i = 0; i < held.size() && self; ++i) {
-        if (PersonCollectorInterface *found = d->plugins[plugin])
+        if (PersonCollectorInterface *found = d->plugins[failed])
             found->init();
     }
     if (self)
-        d->recovering.removeAll(plugin);
+        d->recovering.removeAll(failed);
 }
 
 void SocialPluginLoader::connectNotify(const QMetaMethod &signal)

@@ -31,20 +31,27 @@ public:
     /// caller owns it.
     static SocialPluginLoader *createClassLoader();
 
-    /// Loads every plug-in of \a dir (empty: the plug-in directory) and emits pluginsLoaded().
+    /// Loads every plug-in of \a dir (empty: the plug-in directory), initialises none, and emits
+    /// pluginsLoaded().
     void loadPlugins(const QString &dir);
-    /// Loads and initialises one file and emits pluginsLoaded(); false if it could not be loaded.
+    /// Loads and initialises one file and emits pluginsLoaded(); false, and no signal, if it gives
+    /// no id.
     bool loadPlugin(const QString &path);
-    /// Loads one file; its plug-in id, or a null string.
+    /// Loads one file and emits pluginLoaded(); its plug-in id, which may be empty. A null string,
+    /// and no signal, if the file is not taken. A plug-in held under that id before is replaced,
+    /// but stays in memory.
     QString loadPluginImpl(const QString &path);
     /// Initialises every plug-in.
     void initPlugins();
     /// Initialises one plug-in, each time it is called; false if there is none of that id.
     bool initPlugin(const QString &id);
-    /// Forgets every plug-in and deletes their objects.
+    /// Forgets every plug-in, also those removed or replaced, and deletes their objects. Emits
+    /// nothing.
     void unloadAllPlugins();
 
+    /// Sorted by QString's order.
     QStringList validPlugins() const override;
+    /// The object stays, and its errors are still heard, until all are unloaded. Emits nothing.
     void removePlugin(const QString &id) override;
     PersonCollectorInterface *plugin(const QString &id) override;
     KinletInterface *kinletPlugin(const QString &id) override;
@@ -55,6 +62,8 @@ Q_SIGNALS:
     void pluginsLoaded();
 
 public Q_SLOTS:
+    /// Initialises the plug-in \a name again, once for every plug-in held. A name that is not held
+    /// is held from then on, without a plug-in.
     void onError(const QString &name, const QString &error, const QString &message);
 
 protected:

@@ -19,9 +19,9 @@ public:
     explicit SocialPluginRepository(QObject *parent = nullptr);
     ~SocialPluginRepository() override;
 
-    /// Ids of the plug-ins held.
+    /// Ids of the plug-ins held. An id may stand for none: both look-ups then give null.
     virtual QStringList validPlugins() const = 0;
-    /// Forgets one plug-in.
+    /// Forgets one plug-in, if it is held. Emits nothing.
     virtual void removePlugin(const QString &id) = 0;
     /// The plug-in, or null.
     virtual PersonCollectorInterface *plugin(const QString &id) = 0;
@@ -29,6 +29,8 @@ public:
     virtual KinletInterface *kinletPlugin(const QString &id) = 0;
 
 Q_SIGNALS:
+    /// The plug-in is held and can be looked up.
     void pluginLoaded(const QString &pluginId);
+    /// The plug-in has gone by itself and is not held any more.
     void pluginRemoved(const QString &pluginId);
 };
