@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "initlog.h"
 #include "plugins/socialpluginloader.h"
 #include "provider/kinletinterface.h"
 #include "support/messagelog.h"
@@ -16,9 +17,6 @@
 namespace {
 
 QStringList openedDirectories;
-
-// Initialises nothing by itself.
-const QStringList initNothing{QString()};
 
 QString idOf(const QList<QVariant> &arguments)
 {
@@ -42,9 +40,12 @@ class PluginFilesTest : public QObject {
 private Q_SLOTS:
     void entriesThatAreLoaded_data();
     void entriesThatAreLoaded();
+    void linksCountAsWhatTheyPointTo();
     void filesLoadInNameOrderIgnoringCase();
     void pathIsOneDirectory_data();
     void pathIsOneDirectory();
+    void pathIsReadOnceAndKept();
+    void relativeDirectoryIsMadeAbsolute();
     void pathThatIsUnsetOrEmptyGivesTheDefault_data();
     void pathThatIsUnsetOrEmptyGivesTheDefault();
     void pathIsDecodedFromTheLocalEncoding();
@@ -69,6 +70,7 @@ void PluginFilesTest::entriesThatAreLoaded_data()
     QTest::newRow("other suffix") << QStringLiteral("alpha.dll") << none;
     QTest::newRow("suffix without a dot") << QStringLiteral("alphaso") << none;
     QTest::newRow("directory") << QStringLiteral("y.so/") << none;
+    QTest::newRow("hidden") << QStringLiteral(".alpha.so") << none;
     QTest::newRow("in a directory") << QStringLiteral("sub/alpha.so") << none;
 }
 
@@ -85,6 +87,22 @@ void PluginFilesTest::entriesThatAreLoaded()
     const MessageLog log;
     const SocialPluginLoader loader(initNothing, {}, nullptr);
     QCOMPARE(loader.validPlugins(), ids);
+    QCOMPARE(log.critical(), QStringList());
+}
+
+void PluginFilesTest::linksCountAsWhatTheyPointTo()
+{
+    const PluginFolder elsewhere;
+    const QString file = elsewhere.provider(QStringLiteral("alpha.so"));
+    const PluginFolder folder;
+    QVERIFY(QFile::link(file, folder.filePath(QStringLiteral("alpha.so"))));
+    QVERIFY(QFile::link(elsewhere.path(), folder.filePath(QStringLiteral("directory.so"))));
+    QVERIFY(QFile::link(elsewhere.filePath(QStringLiteral("nothing.so")),
+                        folder.filePath(QStringLiteral("dangling.so"))));
+
+    const MessageLog log;
+    const SocialPluginLoader loader(initNothing, {}, nullptr);
+    QCOMPARE(loader.validPlugins(), QStringList(alpha));
     QCOMPARE(log.critical(), QStringList());
 }
 
@@ -130,6 +148,41 @@ void PluginFilesTest::pathIsOneDirectory()
 
     const SocialPluginLoader loader(initNothing, {}, nullptr);
     QCOMPARE(loader.validPlugins(), ids);
+}
+
+void PluginFilesTest::pathIsReadOnceAndKept()
+{
+    const PluginFolder folder;
+    folder.providers({alpha});
+    SocialPluginLoader loader(initNothing, {}, nullptr);
+
+    // The environment names this one from now on.
+    const PluginFolder other;
+    other.providers({beta});
+    loader.loadPlugins(other.path());
+    QCOMPARE(loader.validPlugins(), QStringList({alpha, beta}));
+
+    folder.providers({omega});
+    other.providers({QStringLiteral("delta")});
+    loader.loadPlugins(QString());
+    QCOMPARE(loader.validPlugins(), QStringList({alpha, beta, omega}));
+}
+
+void PluginFilesTest::relativeDirectoryIsMadeAbsolute()
+{
+    SocialPluginLoader loader(initNothing, {}, nullptr);
+    const PluginFolder folder;
+    folder.provider(QStringLiteral("sub/alpha.so"));
+    folder.text(QStringLiteral("sub/text.so"));
+    const QString before = QDir::currentPath();
+    QDir::setCurrent(folder.path());
+    const QString absolute = QDir::current().absoluteFilePath(QStringLiteral("sub/text.so"));
+    const MessageLog log;
+    loader.loadPlugins(QStringLiteral("sub"));
+    QDir::setCurrent(before);
+    QCOMPARE(loader.validPlugins(), QStringList(alpha));
+    QCOMPARE(log.critical().size(), 1);
+    QVERIFY(log.critical().at(0).contains(MessageLog::quoted(absolute)));
 }
 
 void PluginFilesTest::pathThatIsUnsetOrEmptyGivesTheDefault_data()
@@ -184,6 +237,8 @@ void PluginFilesTest::missingDirectoryIsSilent()
     const auto before = finished.count();
     loader.loadPlugins(folder.filePath(QStringLiteral("missing too")));
     QCOMPARE(finished.count(), before + 1);
+    loader.loadPlugins(folder.text(QStringLiteral("file")));
+    QCOMPARE(finished.count(), before + 2);
     QCOMPARE(log.critical(), QStringList());
 }
 
@@ -211,10 +266,12 @@ void PluginFilesTest::pluginWithoutNameHasTheEmptyId()
     QVERIFY(!loader.initPlugin(QString()));
     QVERIFY(!loader.initPlugin(QStringLiteral("")));
 
-    // Kept, but not to be told from a failure.
+    // Kept and announced, but not to be told from a failure.
+    const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));
     const QSignalSpy finished(&loader, SIGNAL(pluginsLoaded()));
     const auto before = finished.count();
     QVERIFY(!loader.loadPlugin(path));
+    QCOMPARE(loaded.count(), 1);
     QCOMPARE(finished.count(), before);
     QCOMPARE(qApp->property("initLog").toStringList(), QStringList());
 }

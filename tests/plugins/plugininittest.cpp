@@ -51,8 +51,10 @@ void PluginInitTest::constructorInitialisesWhatItIsTold()
     QFETCH(QStringList, initList);
     QFETCH(QStringList, initialised);
     const PluginFolder folder;
-    folder.providers({omega, alpha});
-    folder.copy("testcollector", QStringLiteral("beta.so"));
+    // Loaded in another order than that of the ids.
+    folder.provider(QStringLiteral("1=omega.so"));
+    folder.copy("testcollector", QStringLiteral("2=beta.so"));
+    folder.provider(QStringLiteral("3=alpha.so"));
 
     QObject parent;
     const auto *loader = new SocialPluginLoader(initList, {}, &parent);
@@ -64,8 +66,9 @@ void PluginInitTest::constructorInitialisesWhatItIsTold()
 void PluginInitTest::classLoaderInitialisesOnlyProviders()
 {
     const PluginFolder folder;
-    folder.providers({omega, alpha});
-    folder.copy("testcollector", QStringLiteral("beta.so"));
+    folder.provider(QStringLiteral("1=omega.so"));
+    folder.copy("testcollector", QStringLiteral("2=beta.so"));
+    folder.provider(QStringLiteral("3=alpha.so"));
     folder.copy("undeclaredprovider", QStringLiteral("delta.so"));
 
     const std::unique_ptr<SocialPluginLoader> loader(SocialPluginLoader::createClassLoader());
@@ -156,18 +159,21 @@ void PluginInitTest::unloadingEndsEveryPlugin()
 {
     QFETCH(bool, bydestruction);
     const PluginFolder folder;
-    folder.providers({alpha});
-    folder.copy("testcollector", QStringLiteral("beta.so"));
+    folder.copy("testcollector", QStringLiteral("1=beta.so"));
+    folder.provider(QStringLiteral("2=alpha.so"));
     auto loader = std::make_unique<SocialPluginLoader>(QStringList(), QStringList(), nullptr);
     const QPointer<QObject> first(loader->plugin(alpha));
     const QPointer<QObject> second(loader->plugin(beta));
     QVERIFY(first && second);
     QStringList ended;
     const auto watch = [&](QObject *plugin, const QString &id) {
-        connect(plugin, &QObject::destroyed, this, [&ended, id] { ended.append(id); });
+        connect(plugin, &QObject::destroyed, this, [&ended, id, held = loader.get()] {
+            ended.append(id);
+            QCOMPARE(held->validPlugins(), QStringList());
+        });
     };
-    watch(second, beta);
     watch(first, alpha);
+    watch(second, beta);
 
     const QSignalSpy removed(loader.get(), SIGNAL(pluginRemoved(QString)));
     if (bydestruction) {
@@ -178,7 +184,7 @@ void PluginInitTest::unloadingEndsEveryPlugin()
         QVERIFY(!loader->plugin(alpha));
     }
     QVERIFY(!first && !second);
-    QCOMPARE(ended, QStringList({alpha, beta}));
+    QCOMPARE(ended, QStringList({beta, alpha}));
     QCOMPARE(removed.count(), 0);
 }
 

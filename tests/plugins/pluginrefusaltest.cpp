@@ -41,19 +41,21 @@ private Q_SLOTS:
 
 void PluginRefusalTest::fileThatDoesNotLoadIsReported_data()
 {
-    QTest::addColumn<bool>("exists");
+    QTest::addColumn<QString>("file");
 
-    QTest::newRow("text") << true;
-    QTest::newRow("missing") << false;
+    QTest::newRow("text") << QStringLiteral("a \"text\".so");
+    QTest::newRow("library that is no plug-in") << QStringLiteral("library.so");
+    QTest::newRow("missing") << QStringLiteral("missing.so");
 }
 
 void PluginRefusalTest::fileThatDoesNotLoadIsReported()
 {
-    QFETCH(bool, exists);
+    QFETCH(QString, file);
     const PluginFolder folder;
     SocialPluginLoader loader({}, {}, nullptr);
-    const QString path = exists ? folder.text(QStringLiteral("a \"text\".so"))
-                                : folder.filePath(QStringLiteral("missing.so"));
+    folder.text(QStringLiteral("a \"text\".so"));
+    folder.copy("plainlibrary", QStringLiteral("library.so"));
+    const QString path = folder.filePath(file);
     const QString error = loadError(path);
 
     const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));

@@ -6,8 +6,10 @@
 #include "provider/personcollectorinterface.h"
 #include "support/messagelog.h"
 #include "support/pluginfolder.h"
+#include "support/virtualslots.h"
 
 #include <QMetaMethod>
+#include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -15,17 +17,20 @@
 
 namespace {
 
-QStringList repeated(const QString &text, int times)
-{
-    QStringList list;
-    for (int i = 0; i < times; ++i)
-        list.append(text);
-    return list;
-}
+template <typename Class>
+class Extended : public Class {
+public:
+    virtual void next() { }
+};
+
+class OpenObject : public QObject {
+public:
+    using QObject::disconnectNotify;
+};
 
 }
 
-/// What the loader tells, and what plug-ins tell it.
+/// What the loader tells, and how it is called.
 class PluginSignalsTest : public QObject {
     Q_OBJECT
 
@@ -34,14 +39,12 @@ private Q_SLOTS:
 
     void loadPluginInitialisesAndTells();
     void loadPluginThatFailsTellsNothing();
+    void scanTellsOfEachPluginAndOnceOfItsEnd();
+    void fileLoadedAgainIsToldOfAgain();
     void pluginsLoadedComesAtConnection();
     void whoConnectsDuringConstructionHearsNothing();
-    void errorInitialisesAgainOncePerPlugin();
-    void errorOfAnUnknownNameAddsAnEmptyEntry();
-    void errorAfterUnloadingAddsNothing();
-    void errorInsideInitEnds();
-    void errorsThatBlameEachOtherEnd();
     void signalsAndSlotsByName();
+    void keepsTheOrderOfItsVirtualCalls();
 };
 
 void PluginSignalsTest::loadPluginInitialisesAndTells()
@@ -80,6 +83,49 @@ void PluginSignalsTest::loadPluginThatFailsTellsNothing()
     QCOMPARE(finished.count(), before + 1);
 }
 
+void PluginSignalsTest::scanTellsOfEachPluginAndOnceOfItsEnd()
+{
+    SocialPluginLoader loader({}, {}, nullptr);
+    const PluginFolder folder;
+    folder.provider(QStringLiteral("1=omega.so"));
+    folder.text(QStringLiteral("2.so"));
+    folder.copy("testcollector", QStringLiteral("3=alpha.so"));
+
+    QStringList events;
+    connect(&loader, &SocialPluginLoader::pluginLoaded, this,
+            [&](const QString &id) { events << QStringLiteral("loaded ") + id; });
+    connect(&loader, &SocialPluginLoader::pluginsLoaded, this,
+            [&] { events << QStringLiteral("all loaded"); });
+    events.clear();
+    const MessageLog log;
+    loader.loadPlugins(folder.path());
+    QCOMPARE(events,
+             QStringList({QStringLiteral("loaded omega"), QStringLiteral("loaded alpha"),
+                          QStringLiteral("all loaded")}));
+    // Initialising is another step.
+    QCOMPARE(takeInitLog(), QStringList());
+}
+
+void PluginSignalsTest::fileLoadedAgainIsToldOfAgain()
+{
+    const PluginFolder folder;
+    folder.providers({alpha});
+    SocialPluginLoader loader(initNothing, {}, nullptr);
+    const QPointer<QObject> root(loader.plugin(alpha));
+    loader.removePlugin(alpha);
+
+    const QSignalSpy loaded(&loader, SIGNAL(pluginLoaded(QString)));
+    loader.loadPlugins(QString());
+    QCOMPARE(loaded.count(), 1);
+    QCOMPARE(static_cast<QObject *>(loader.plugin(alpha)), root.data());
+    // By both connections.
+    QVERIFY(QMetaObject::invokeMethod(root, "fail"));
+    QCOMPARE(takeInitLog(), QStringList({alpha, alpha}));
+
+    loader.unloadAllPlugins();
+    QVERIFY(!root);
+}
+
 void PluginSignalsTest::pluginsLoadedComesAtConnection()
 {
     const PluginFolder folder;
@@ -111,78 +157,6 @@ void PluginSignalsTest::whoConnectsDuringConstructionHearsNothing()
     QCOMPARE(plugin->property("pluginsLoadedHeard").toInt(), 1);
 }
 
-void PluginSignalsTest::errorInitialisesAgainOncePerPlugin()
-{
-    const PluginFolder folder;
-    folder.providers({alpha, omega});
-    folder.copy("testcollector", QStringLiteral("beta.so"));
-    SocialPluginLoader loader(initNothing, {}, nullptr);
-    for (int round = 0; round < 2; ++round) {
-        QVERIFY(QMetaObject::invokeMethod(loader.plugin(omega), "fail"));
-        QCOMPARE(takeInitLog(), repeated(omega, 3));
-    }
-    loader.removePlugin(beta);
-    QVERIFY(QMetaObject::invokeMethod(loader.plugin(omega), "fail"));
-    QCOMPARE(takeInitLog(), repeated(omega, 2));
-}
-
-void PluginSignalsTest::errorOfAnUnknownNameAddsAnEmptyEntry()
-{
-    const PluginFolder folder;
-    folder.providers({alpha});
-    SocialPluginLoader loader(initNothing, {}, nullptr);
-    loader.plugin(alpha)->setProperty("blamed", omega);
-    QVERIFY(QMetaObject::invokeMethod(loader.plugin(alpha), "fail"));
-    QCOMPARE(takeInitLog(), QStringList());
-    QCOMPARE(loader.validPlugins(), QStringList({alpha, omega}));
-    QVERIFY(!loader.plugin(omega));
-    QVERIFY(!loader.kinletPlugin(omega));
-    QVERIFY(!loader.initPlugin(omega));
-
-    // The entry counts as one more plug-in.
-    loader.onError(alpha, QString(), QString());
-    QCOMPARE(takeInitLog(), repeated(alpha, 2));
-}
-
-void PluginSignalsTest::errorAfterUnloadingAddsNothing()
-{
-    const PluginFolder folder;
-    folder.providers({alpha});
-    SocialPluginLoader loader(initNothing, {}, nullptr);
-    loader.unloadAllPlugins();
-    loader.onError(alpha, QString(), QString());
-    QCOMPARE(loader.validPlugins(), QStringList());
-    QCOMPARE(takeInitLog(), QStringList());
-}
-
-void PluginSignalsTest::errorInsideInitEnds()
-{
-    const PluginFolder folder;
-    const QString failing = QStringLiteral("failing");
-    folder.providers({alpha, failing, omega});
-    const std::unique_ptr<SocialPluginLoader> loader(SocialPluginLoader::createClassLoader());
-    // Itself, then once for each of the three; further errors meanwhile start nothing.
-    QCOMPARE(takeInitLog(), QStringList({alpha}) + repeated(failing, 4) + QStringList(omega));
-
-    // The next error starts a round again.
-    QVERIFY(QMetaObject::invokeMethod(loader->plugin(failing), "fail"));
-    QCOMPARE(takeInitLog(), repeated(failing, 3));
-}
-
-void PluginSignalsTest::errorsThatBlameEachOtherEnd()
-{
-    const PluginFolder folder;
-    folder.providers({alpha, beta});
-    SocialPluginLoader loader(initNothing, {}, nullptr);
-    for (const auto &names : {qMakePair(alpha, beta), qMakePair(beta, alpha)}) {
-        loader.plugin(names.first)->setProperty("failing", true);
-        loader.plugin(names.first)->setProperty("blamed", names.second);
-    }
-    loader.onError(alpha, QString(), QString());
-    // Each of alpha's two calls sets off two of beta.
-    QCOMPARE(takeInitLog(), QStringList({alpha, beta, beta, alpha, beta, beta}));
-}
-
 void PluginSignalsTest::signalsAndSlotsByName()
 {
     const auto methodsOf = [](const QMetaObject &meta) {
@@ -202,6 +176,18 @@ void PluginSignalsTest::signalsAndSlotsByName()
              QStringList({QStringLiteral("signal pluginsLoaded() "),
                           QStringLiteral("slot onError(QString,QString,QString) "
                                          "name,error,message")}));
+}
+
+void PluginSignalsTest::keepsTheOrderOfItsVirtualCalls()
+{
+    const int lastOfObject = slotOf(&OpenObject::disconnectNotify);
+    QCOMPARE(slotOf(&SocialPluginRepository::validPlugins), lastOfObject + 1);
+    QCOMPARE(slotOf(&SocialPluginRepository::removePlugin), lastOfObject + 2);
+    QCOMPARE(slotOf(&SocialPluginRepository::plugin), lastOfObject + 3);
+    QCOMPARE(slotOf(&SocialPluginRepository::kinletPlugin), lastOfObject + 4);
+    QCOMPARE(slotOf(&Extended<SocialPluginRepository>::next), lastOfObject + 5);
+    // The loader adds none.
+    QCOMPARE(slotOf(&Extended<SocialPluginLoader>::next), lastOfObject + 5);
 }
 
 QTEST_GUILESS_MAIN(PluginSignalsTest)
