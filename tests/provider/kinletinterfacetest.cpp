@@ -14,6 +14,9 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <cstddef>
+#include <cstring>
+
 using RequestMaker = std::function<SocialDataRequest *()>;
 Q_DECLARE_METATYPE(RequestMaker)
 
@@ -36,6 +39,15 @@ class DeclaredProvider : public DefaultProvider {
 };
 
 constexpr auto interfaceId = "com.orvane.lumend.Kinlet/1.0";
+
+// The place of a virtual function in its class's table.
+template <typename Function>
+std::ptrdiff_t place(Function function)
+{
+    std::ptrdiff_t offset = 0;
+    std::memcpy(&offset, &function, sizeof offset);
+    return offset;
+}
 
 QStringList signalsOf(const QMetaObject &meta)
 {
@@ -68,6 +80,7 @@ private Q_SLOTS:
     void cancelDoesNothingByDefault();
     void castByIdentifier();
     void classNamesAndBases();
+    void layoutThatPlugInsAreBuiltFor();
     void signalsAndTheirArguments();
     void parentObject();
 };
@@ -120,6 +133,8 @@ void KinletInterfaceTest::noServicesAreAnAnswerWithoutError()
     SocialGetAccountsRequest accounts;
     for (SocialDataRequest *request : {static_cast<SocialDataRequest *>(&services),
                                        static_cast<SocialDataRequest *>(&accounts)}) {
+        // An empty answer is one too: it replaces what was there.
+        request->setResults(recordsWithIds({QStringLiteral("old")}));
         QSignalSpy finished(request, &SocialDataRequest::finished);
         provider.performRequest(request);
         QCOMPARE(finished.count(), 1);
@@ -197,6 +212,18 @@ void KinletInterfaceTest::classNamesAndBases()
     QCOMPARE(KinletInterface::staticMetaObject.superClass(),
              &PersonCollectorInterface::staticMetaObject);
     QCOMPARE(PersonCollectorInterface::staticMetaObject.superClass(), &QObject::staticMetaObject);
+}
+
+void KinletInterfaceTest::layoutThatPlugInsAreBuiltFor()
+{
+    const std::ptrdiff_t first = place(&PersonCollectorInterface::init);
+    const std::ptrdiff_t step = sizeof(void *);
+    QCOMPARE(place(&PersonCollectorInterface::metaData), first + step);
+    QCOMPARE(place(&KinletInterface::performRequest), first + 2 * step);
+    QCOMPARE(place(&KinletInterface::cancelRequest), first + 3 * step);
+    QCOMPARE(place(&KinletInterface::services), first + 4 * step);
+    QCOMPARE(place(&KinletInterface::accounts), first + 5 * step);
+    QCOMPARE(sizeof(KinletInterface), sizeof(QObject));
 }
 
 void KinletInterfaceTest::signalsAndTheirArguments()
