@@ -38,6 +38,7 @@ private Q_SLOTS:
     void anEmptyFilterAsksEverybody();
     void aFilterIsNarrowedToEachProvider();
     void startedBeforeProvidersAreAsked();
+    void providersAreChosenOnceStarted();
     void theManagerIsMadeWhenNeeded();
     void cancelRequestDoesNothing();
 };
@@ -200,6 +201,24 @@ void WorkerDispatchTest::startedBeforeProvidersAreAsked()
     };
     QVERIFY(worker.performRequest(&request));
     QCOMPARE(reportsWhenAsked, 1);
+}
+
+void WorkerDispatchTest::providersAreChosenOnceStarted()
+{
+    auto *a = ScriptedProvider::add(QStringLiteral("A"), {a1});
+    ScriptedProvider *b = nullptr;
+    SocialRequestWorker worker(nullptr);
+    WatchedRequest request;
+    request.setPerformOnAccountsFilter({a1});
+    request.onReport = [&](SocialDataRequest::Status) {
+        request.onReport = nullptr;
+        b = ScriptedProvider::add(QStringLiteral("B"), {b1});
+        request.setPerformOnAccountsFilter({b1});
+    };
+    QVERIFY(worker.performRequest(&request));
+    QVERIFY(a->received.isEmpty());
+    QCOMPARE(b->received.count(), 1);
+    QCOMPARE(b->last()->performOnAccountsFilter(), QStringList(b1));
 }
 
 void WorkerDispatchTest::theManagerIsMadeWhenNeeded()
