@@ -5,32 +5,10 @@
 
 #include "manager/kinletmanager.h"
 #include "requests/socialgetpersonsrequest.h"
+#include "support/runningtimers.h"
 #include "support/scriptedprovider.h"
 
-#include <QAbstractEventDispatcher>
 #include <QTest>
-
-#include <algorithm>
-
-namespace {
-
-// The intervals of all timers that are running; negative for one that is not precise.
-QList<int> runningTimers()
-{
-    QAbstractEventDispatcher *dispatcher = QAbstractEventDispatcher::instance();
-    QList<int> intervals;
-    const auto objects = dispatcher->findChildren<QObject *>();
-    for (QObject *object : objects) {
-        const auto timers = dispatcher->registeredTimers(object);
-        for (const auto &timer : timers)
-            intervals.append(timer.timerType == Qt::PreciseTimer ? timer.interval
-                                                                 : -timer.interval);
-    }
-    std::sort(intervals.begin(), intervals.end());
-    return intervals;
-}
-
-}
 
 class WorkerTimersTest : public QObject {
     Q_OBJECT
