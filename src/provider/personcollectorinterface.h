@@ -26,8 +26,9 @@ public:
     /// emitted error(). A failure is reported through error().
     virtual void init() = 0;
 
-    /// Describes the plug-in. "name" is its identifier: a text that no other plug-in uses. Other
-    /// entries are the plug-in's own. Called before init(), and often.
+    /// Describes the plug-in. "name" is its identifier: a text that no other plug-in uses, and not
+    /// empty, or else the manager drops its data updates. Other entries are the plug-in's own.
+    /// Called before init(), and often.
     virtual QVariantMap metaData() = 0;
 
 Q_SIGNALS:
