@@ -148,9 +148,9 @@ void SocialRequestWorker::startProviders(SocialRequestJob *job)
     SocialDataRequest *const caller = job->callerRequest;
     const QList<Dispatch> dispatches = dispatchesOf(*job);
     for (const Dispatch &dispatch : dispatches) {
-        // A provider that blocks for a minute ends the job before the others are asked: their
-        // copies are about to be deleted then, if they are not gone already.
-        if (!d->isOpen(caller, job) || !dispatch.copy)
+        // Deliberately asked even if another has blocked for so long that the job has ended: the
+        // copies live for a minute more, unless it runs an event loop for that time as well.
+        if (!dispatch.copy)
             break;
         dispatch.provider->performRequest(dispatch.copy);
         if (!self)
