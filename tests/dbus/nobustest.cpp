@@ -6,7 +6,7 @@
 #include "requests/socialgetpersonsrequest.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

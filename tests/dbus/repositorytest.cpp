@@ -15,7 +15,7 @@
 #include <QFile>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

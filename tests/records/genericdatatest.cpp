@@ -4,7 +4,7 @@
 #include "records/socialgenericdata.h"
 
 #include <QDate>
-#include <QtTest>
+#include <QTest>
 
 #include <type_traits>
 

@@ -4,7 +4,7 @@
 #include "records/socialgenericdata.h"
 
 #include <QThread>
-#include <QtTest>
+#include <QTest>
 
 #include <atomic>
 #include <cstdlib>

@@ -8,7 +8,7 @@
 #include <QByteArray>
 #include <QFile>
 #include <QList>
-#include <QtTest>
+#include <QTest>
 
 /// Lets allocations fail that a few hundred bytes of input cannot justify. Sanitizers reserve
 /// address space of their own: under them the other checks have to do.

@@ -5,7 +5,7 @@
 
 #include <QByteArray>
 #include <QDataStream>
-#include <QtTest>
+#include <QTest>
 
 Q_DECLARE_METATYPE(QDataStream::ByteOrder)
 

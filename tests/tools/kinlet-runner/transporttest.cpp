@@ -17,7 +17,7 @@
 #include <QRegularExpression>
 #include <QSharedPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -9,7 +9,7 @@
 #include <QDBusMessage>
 #include <QDir>
 #include <QFile>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 
