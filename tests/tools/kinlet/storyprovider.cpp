@@ -276,3 +276,5 @@ void StoryProvider::push()
             Q_EMIT dataUpdate(data, updated);
     }
 }
+
+#include "moc_storyprovider.cpp"
