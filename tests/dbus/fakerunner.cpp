@@ -12,13 +12,17 @@
 
 namespace {
 
-constexpr int Patience = 60000;
+// Enough even where the clock of the test runs fast.
+constexpr int Patience = 600000;
 
 }
 
 FakeRunner::FakeRunner(const QStringList &busNames)
 {
     m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.remove(QStringLiteral("LD_PRELOAD"));
+    m_process.setProcessEnvironment(environment);
     m_process.start(QStringLiteral(KINLET_FAKE_RUNNER), busNames);
     if (nextEvent(QStringLiteral("ready")).isEmpty())
         qFatal("The fake runner does not start");
@@ -42,6 +46,13 @@ void FakeRunner::own(const QString &busName)
     order({{QStringLiteral("do"), QStringLiteral("own")}, {QStringLiteral("name"), busName}});
 }
 
+void FakeRunner::queueFor(const QString &busName)
+{
+    order({{QStringLiteral("do"), QStringLiteral("own")},
+           {QStringLiteral("name"), busName},
+           {QStringLiteral("queue"), true}});
+}
+
 void FakeRunner::release(const QString &busName)
 {
     order({{QStringLiteral("do"), QStringLiteral("release")}, {QStringLiteral("name"), busName}});
@@ -58,8 +69,20 @@ void FakeRunner::finish(const QString &id, const QString &requestId, const QByte
            {QStringLiteral("times"), times}});
 }
 
+void FakeRunner::dieAnswering(const QString &id, const QString &requestId,
+                              const QByteArray &request)
+{
+    send({{QStringLiteral("do"), QStringLiteral("finish")},
+          {QStringLiteral("path"), QLatin1Char('/') + id},
+          {QStringLiteral("id"), requestId},
+          {QStringLiteral("request"), QString::fromLatin1(request.toHex())},
+          {QStringLiteral("die"), true}});
+    if (!m_process.waitForFinished(Patience))
+        qFatal("The fake runner does not die");
+}
+
 void FakeRunner::push(const QString &id, const QString &member, const QVariantList &data,
-                      const QStringList &properties, int times)
+                      const QStringList &properties, int times, int messages)
 {
     QJsonArray elements;
     for (const QVariant &element : data) {
@@ -73,7 +96,8 @@ void FakeRunner::push(const QString &id, const QString &member, const QVariantLi
            {QStringLiteral("member"), member},
            {QStringLiteral("data"), elements},
            {QStringLiteral("properties"), QJsonArray::fromStringList(properties)},
-           {QStringLiteral("times"), times}});
+           {QStringLiteral("times"), times},
+           {QStringLiteral("messages"), messages}});
 }
 
 ReceivedCall FakeRunner::nextCall()
@@ -115,9 +139,14 @@ QJsonObject FakeRunner::nextEvent(const QString &kind)
     return {};
 }
 
-void FakeRunner::order(const QJsonObject &order)
+void FakeRunner::send(const QJsonObject &order)
 {
     m_process.write(QJsonDocument(order).toJson(QJsonDocument::Compact) + '\n');
+}
+
+void FakeRunner::order(const QJsonObject &order)
+{
+    send(order);
     if (nextEvent(QStringLiteral("done")).isEmpty())
         qFatal("The fake runner does not obey");
 }

@@ -20,6 +20,7 @@ struct ReceivedCall {
 };
 
 /// A runner in another process that does what it is told (fakerunner.py). It ends with this object.
+/// Its clock is the real one, however fast that of the test is.
 class FakeRunner {
 public:
     /// Owns these bus names from the start.
@@ -30,14 +31,19 @@ public:
     static QString busName(const QString &id);
 
     void own(const QString &busName);
+    /// Owns that name once those that own it now let it go.
+    void queueFor(const QString &busName);
     void release(const QString &busName);
     /// Sends requestFinished for the object of that id.
     void finish(const QString &id, const QString &requestId, const QByteArray &request,
                 const QByteArray &error = {}, int times = 1);
-    /// Sends dataUpdate or personsUpdate, the data repeated that many times. Elements that are no
-    /// byte arrays are sent as they are.
+    /// Sends requestFinished in part: the process is killed while the message leaves, which
+    /// therefore must be a large one.
+    void dieAnswering(const QString &id, const QString &requestId, const QByteArray &request);
+    /// Sends dataUpdate or personsUpdate that many times, the data repeated in each. Elements that
+    /// are no byte arrays are sent as they are.
     void push(const QString &id, const QString &member, const QVariantList &data,
-              const QStringList &properties, int times = 1);
+              const QStringList &properties, int times = 1, int messages = 1);
     /// Waits for the next call to come; an empty one if none does.
     ReceivedCall nextCall();
     void kill();
@@ -46,6 +52,7 @@ public:
 
 private:
     QJsonObject nextEvent(const QString &kind);
+    void send(const QJsonObject &order);
     void order(const QJsonObject &order);
 
     QProcess m_process;

@@ -10,6 +10,8 @@ calls themselves, and sends what the lines on its standard input say.
 """
 
 import json
+import os
+import signal
 import sys
 
 import dbus
@@ -57,7 +59,8 @@ def variants(texts):
 def obey(connection, order):
     action = order["do"]
     if action == "own":
-        connection.request_name(order["name"], dbus.bus.NAME_FLAG_DO_NOT_QUEUE)
+        connection.request_name(order["name"],
+                                0 if order.get("queue") else dbus.bus.NAME_FLAG_DO_NOT_QUEUE)
     elif action == "release":
         connection.release_name(order["name"])
     elif action == "finish":
@@ -65,10 +68,14 @@ def obey(connection, order):
             send(connection, order["path"], "requestFinished", "isayay", order.get("type", 0),
                  order["id"], dbus.ByteArray(bytes.fromhex(order["request"])),
                  dbus.ByteArray(bytes.fromhex(order.get("error", ""))))
+        if order.get("die"):
+            # Sending only begins before the connection is flushed.
+            os.kill(os.getpid(), signal.SIGKILL)
     elif action == "push":
         data = variants(order["data"] * order.get("times", 1))
-        send(connection, order["path"], order["member"], "avas", data,
-             dbus.Array(order["properties"], signature="s"))
+        for _ in range(order.get("messages", 1)):
+            send(connection, order["path"], order["member"], "avas", data,
+                 dbus.Array(order["properties"], signature="s"))
     connection.flush()
     tell(done=action)
 

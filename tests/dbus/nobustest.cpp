@@ -4,21 +4,12 @@
 #include "dbus/socialdbuspluginrepository.h"
 #include "manager/kinletmanager.h"
 #include "requests/socialgetpersonsrequest.h"
+#include "support/messagelog.h"
 
+#include <QDBusConnection>
+#include <QDBusServiceWatcher>
 #include <QSignalSpy>
 #include <QTest>
-
-namespace {
-
-QStringList criticals;
-
-void collectCriticals(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type == QtCriticalMsg)
-        criticals.append(text);
-}
-
-}
 
 /// What there is without a session bus.
 class NoBusTest : public QObject {
@@ -26,22 +17,39 @@ class NoBusTest : public QObject {
 
 private Q_SLOTS:
     void repositoryIsEmptyAndSaysWhy();
+    void nothingIsWatched();
     void managerHasNoProviders();
 };
 
 void NoBusTest::repositoryIsEmptyAndSaysWhy()
 {
-    criticals.clear();
-    const QtMessageHandler usual = qInstallMessageHandler(collectCriticals);
+    const MessageLog log;
     const SocialDBusPluginRepository repository(nullptr);
-    qInstallMessageHandler(usual);
     QVERIFY(repository.validPlugins().isEmpty());
-    QCOMPARE(criticals.size(), 1);
-    // The second text is a literal, and so without quotes.
-    QCOMPARE(criticals.at(0).trimmed(),
-             QStringLiteral("void SocialDBusPluginRepository::collectPlugins() D-Bus not running? "
-                            "Not able to connect to social networks."));
-    QVERIFY(criticals.at(0).contains(QLatin1Char('\n')));
+    // The texts are literals, and so without quotes.
+    QCOMPARE(log.critical(),
+             QStringList(QStringLiteral("void SocialDBusPluginRepository::collectPlugins() "
+                                        "D-Bus not running? Not able to connect to social "
+                                        "networks.\n")));
+}
+
+void NoBusTest::nothingIsWatched()
+{
+    const MessageLog log;
+    SocialDBusPluginRepository repository(nullptr);
+    auto *watcher = repository.findChild<QDBusServiceWatcher *>();
+    QVERIFY(watcher);
+    QVERIFY(!watcher->connection().isConnected());
+    const QString name = QStringLiteral("com.orvane.kinlet.a");
+    const QSignalSpy removed(&repository, SIGNAL(pluginRemoved(QString)));
+    for (const char *signal : {"serviceRegistered", "serviceUnregistered"})
+        QVERIFY(QMetaObject::invokeMethod(watcher, signal, Q_ARG(QString, name)));
+    QVERIFY(repository.validPlugins().isEmpty());
+    QCOMPARE(removed.count(), 0);
+    // The list cannot be had, which is no news.
+    repository.updateInstalledPlugins();
+    QVERIFY(watcher->watchedServices().isEmpty());
+    QCOMPARE(log.critical().size(), 1);
 }
 
 void NoBusTest::managerHasNoProviders()

@@ -5,14 +5,15 @@
 #include "dbus/kinletinterfaceproxy.h"
 #include "dbus/kinletrunnerinterface.h"
 #include "dbus/socialdbuspluginrepository.h"
-#include "manager/kinletmanager.h"
+#include "dbus/testbus.h"
+#include "requests/socialgetpersonsrequest.h"
+#include "support/requesthelpers.h"
+#include "support/virtualslots.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
-#include <QDBusMessage>
 #include <QDBusServiceWatcher>
-#include <QDir>
-#include <QFile>
+#include <QMetaMethod>
 #include <QPointer>
 #include <QSignalSpy>
 #include <QTest>
@@ -29,26 +30,21 @@ QStringList list(const char *a, const char *b = nullptr)
     return texts;
 }
 
-void askBus(const char *method, const QVariantList &arguments = {})
+void makeActivatable(const QString &busName)
 {
-    QDBusMessage call = QDBusMessage::createMethodCall(
-        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/"),
-        QStringLiteral("org.freedesktop.DBus"), QString::fromLatin1(method));
-    call.setArguments(arguments);
-    const QDBusMessage reply = QDBusConnection::sessionBus().call(call);
-    QCOMPARE(reply.errorMessage(), QString());
+    TestBus::makeActivatable(busName, KINLET_FAKE_RUNNER " " + busName.toUtf8());
 }
 
-// Signals that the bus has sent before this returns have been delivered.
-void deliverAll()
-{
-    askBus("GetId");
-    QCoreApplication::processEvents();
-    QCoreApplication::processEvents();
-}
+// Adds one virtual function after those of the repository.
+class Extended : public SocialDBusPluginRepository {
+public:
+    using SocialDBusPluginRepository::SocialDBusPluginRepository;
+    virtual void next() { }
+};
 
 }
 
+/// Which runners become plug-ins.
 class RepositoryTest : public QObject {
     Q_OBJECT
 
@@ -56,55 +52,61 @@ private Q_SLOTS:
     void init();
     void cleanup();
 
+    void membersOfTheRepository();
     void emptyBus();
     void runningAndActivatable();
     void runningOnly();
     void activatableStartedLater();
+    void startedByTheBus();
     void startedLaterOnly();
-    void installedLater();
     void prefixIsExact();
     void emptyIdIsIgnored();
     void idWithADot();
     void sortedById();
     void pluginIsAlwaysNull();
-    void removePluginIsSilent();
-    void foundTwice();
-    void unregisteredWithoutEntry();
-    void comesBack();
-    void proxiesOutliveTheRepository();
-    void watchedOnce();
     void everyNamePartOfItsProxy();
 
 private:
-    void makeActivatable(const QString &busName);
-
     std::unique_ptr<SocialDBusPluginRepository> m_repository;
 };
 
 void RepositoryTest::init()
 {
     cleanup();
-    askBus("ReloadConfig");
 }
 
 void RepositoryTest::cleanup()
 {
     m_repository.reset();
-    QDir services(qEnvironmentVariable("KINLET_TEST_SERVICES"));
-    const QStringList files = services.entryList(QDir::Files);
-    for (const QString &file : files)
-        services.remove(file);
+    TestBus::removeActivatable();
 }
 
-void RepositoryTest::makeActivatable(const QString &busName)
+void RepositoryTest::membersOfTheRepository()
 {
-    QFile file(qEnvironmentVariable("KINLET_TEST_SERVICES") + QLatin1Char('/') + busName
-               + QStringLiteral(".service"));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write("[D-BUS Service]\nName=" + busName.toUtf8() + "\nExec=" KINLET_FAKE_RUNNER " "
-               + busName.toUtf8() + "\n");
-    file.close();
-    askBus("ReloadConfig");
+    const QMetaObject &metaObject = SocialDBusPluginRepository::staticMetaObject;
+    QCOMPARE(QByteArray(metaObject.superClass()->className()),
+             QByteArray("SocialPluginRepository"));
+    QCOMPARE(ownMethods(metaObject),
+             QStringList({QStringLiteral("addServiceIfProvider(QString)"),
+                          QStringLiteral("onServiceUnregistered(QString)"),
+                          QStringLiteral("updateInstalledPlugins()")}));
+    for (int i = metaObject.methodOffset(); i < metaObject.methodCount(); ++i) {
+        const QMetaMethod method = metaObject.method(i);
+        QCOMPARE(method.methodType(), QMetaMethod::Slot);
+        const QList<QByteArray> parameters = method.parameterNames();
+        for (const QByteArray &parameter : parameters)
+            QCOMPARE(parameter, QByteArray("serviceName"));
+    }
+
+    const int first = slotOf(&SocialDBusPluginRepository::validPlugins);
+    QCOMPARE(slotOf(&SocialDBusPluginRepository::removePlugin), first + 1);
+    QCOMPARE(slotOf(&SocialDBusPluginRepository::plugin), first + 2);
+    QCOMPARE(slotOf(&SocialDBusPluginRepository::kinletPlugin), first + 3);
+    QCOMPARE(slotOf(&Extended::next), first + 4);
+
+    const QObject parent;
+    const auto *child = new SocialDBusPluginRepository(const_cast<QObject *>(&parent));
+    QCOMPARE(child->parent(), &parent);
 }
 
 void RepositoryTest::emptyBus()
@@ -113,7 +115,10 @@ void RepositoryTest::emptyBus()
     QVERIFY(m_repository->validPlugins().isEmpty());
     QVERIFY(!m_repository->kinletPlugin(QStringLiteral("x")));
     QVERIFY(m_repository->validPlugins().isEmpty());
-    QVERIFY(m_repository->findChild<QDBusServiceWatcher *>());
+    const auto *watcher = m_repository->findChild<QDBusServiceWatcher *>();
+    QVERIFY(watcher);
+    QCOMPARE(watcher->connection().name(), QDBusConnection::sessionBus().name());
+    QVERIFY(watcher->watchedServices().isEmpty());
 }
 
 void RepositoryTest::runningAndActivatable()
@@ -166,27 +171,34 @@ void RepositoryTest::activatableStartedLater()
     QVERIFY(m_repository->validPlugins().isEmpty());
 }
 
+void RepositoryTest::startedByTheBus()
+{
+    const QString name = FakeRunner::busName(QStringLiteral("a"));
+    makeActivatable(name);
+    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
+    QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
+    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
+    TestBus::ask("StartServiceByName", {name, 0U});
+    // Without anybody to obey it ends by itself.
+    QVERIFY(removed.count() == 1 || removed.wait(Patience));
+    QCOMPARE(loaded.count(), 1);
+    QCOMPARE(loaded.at(0).at(0).toString(), QStringLiteral("a"));
+}
+
 void RepositoryTest::startedLaterOnly()
 {
     makeActivatable(FakeRunner::busName(QStringLiteral("watched")));
     m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
     QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
+    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
     FakeRunner runner({FakeRunner::busName(QStringLiteral("a"))});
     runner.own(FakeRunner::busName(QStringLiteral("watched")));
     QVERIFY(loaded.count() == 1 || loaded.wait(Patience));
     QCOMPARE(m_repository->validPlugins(), list("watched"));
-}
-
-void RepositoryTest::installedLater()
-{
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    makeActivatable(FakeRunner::busName(QStringLiteral("a")));
-    QVERIFY(QMetaObject::invokeMethod(m_repository.get(), "updateInstalledPlugins"));
-    QVERIFY(m_repository->validPlugins().isEmpty());
-    QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
-    const FakeRunner runner({FakeRunner::busName(QStringLiteral("a"))});
-    QVERIFY(loaded.count() == 1 || loaded.wait(Patience));
-    QCOMPARE(m_repository->validPlugins(), list("a"));
+    runner.release(FakeRunner::busName(QStringLiteral("a")));
+    runner.release(FakeRunner::busName(QStringLiteral("watched")));
+    QVERIFY(removed.count() == 1 || removed.wait(Patience));
+    QCOMPARE(removed.at(0).at(0).toString(), QStringLiteral("watched"));
 }
 
 void RepositoryTest::prefixIsExact()
@@ -220,10 +232,15 @@ void RepositoryTest::idWithADot()
     const FakeRunner runner({FakeRunner::busName(QStringLiteral("a.b"))});
     m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
     QCOMPARE(m_repository->validPlugins(), list("a.b"));
-    const auto *client =
-        m_repository->kinletPlugin(QStringLiteral("a.b"))->findChild<KinletRunnerInterface *>();
+    KinletInterface *proxy = m_repository->kinletPlugin(QStringLiteral("a.b"));
+    const auto *client = proxy->findChild<KinletRunnerInterface *>();
     QCOMPARE(client->service(), QStringLiteral("com.orvane.kinlet.a.b"));
     QCOMPARE(client->path(), QStringLiteral("/a.b"));
+    // No such path can be on the bus: the call is lost.
+    SocialGetPersonsRequest request;
+    proxy->performRequest(&request);
+    TestBus::deliverAll();
+    QCOMPARE(int(request.status()), 0);
 }
 
 void RepositoryTest::sortedById()
@@ -242,102 +259,6 @@ void RepositoryTest::pluginIsAlwaysNull()
     QVERIFY(!m_repository->plugin(QStringLiteral("a")));
     QVERIFY(!m_repository->plugin(QStringLiteral("x")));
     QVERIFY(m_repository->kinletPlugin(QStringLiteral("a")));
-}
-
-void RepositoryTest::removePluginIsSilent()
-{
-    const FakeRunner runner({FakeRunner::busName(QStringLiteral("a"))});
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    const QPointer<KinletInterface> proxy(m_repository->kinletPlugin(QStringLiteral("a")));
-    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
-    m_repository->removePlugin(QStringLiteral("unknown"));
-    m_repository->removePlugin(QStringLiteral("a"));
-    QVERIFY(m_repository->validPlugins().isEmpty());
-    QVERIFY(!m_repository->kinletPlugin(QStringLiteral("a")));
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QVERIFY(proxy);
-    QCOMPARE(removed.count(), 0);
-    delete proxy;
-}
-
-void RepositoryTest::foundTwice()
-{
-    const FakeRunner runner({FakeRunner::busName(QStringLiteral("a"))});
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
-    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
-    const QPointer<KinletInterface> first(m_repository->kinletPlugin(QStringLiteral("a")));
-    m_repository->addServiceIfProvider(FakeRunner::busName(QStringLiteral("a")));
-    const QPointer<KinletInterface> second(m_repository->kinletPlugin(QStringLiteral("a")));
-    QVERIFY(first);
-    QVERIFY(second);
-    QVERIFY(first != second);
-    QCOMPARE(loaded.count(), 1);
-    QCOMPARE(removed.count(), 0);
-    // Whoever was handed it may delete it: then the repository holds nothing.
-    delete second;
-    QVERIFY(!m_repository->kinletPlugin(QStringLiteral("a")));
-    delete first;
-}
-
-void RepositoryTest::unregisteredWithoutEntry()
-{
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
-    m_repository->onServiceUnregistered(FakeRunner::busName(QStringLiteral("never")));
-    QCOMPARE(removed.count(), 1);
-    QCOMPARE(removed.at(0).at(0).toString(), QStringLiteral("never"));
-}
-
-void RepositoryTest::comesBack()
-{
-    const QString name = FakeRunner::busName(QStringLiteral("a"));
-    makeActivatable(name);
-    FakeRunner runner({name});
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    const QPointer<KinletInterface> first(m_repository->kinletPlugin(QStringLiteral("a")));
-    QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
-    QSignalSpy removed(m_repository.get(), SIGNAL(pluginRemoved(QString)));
-    for (int round = 1; round <= 3; ++round) {
-        runner.release(name);
-        QTRY_COMPARE_WITH_TIMEOUT(removed.count(), round, Patience);
-        runner.own(name);
-        QTRY_COMPARE_WITH_TIMEOUT(loaded.count(), round, Patience);
-        QCOMPARE(m_repository->validPlugins(), list("a"));
-        KinletInterface *again = m_repository->kinletPlugin(QStringLiteral("a"));
-        QVERIFY(again != first);
-        delete again;
-    }
-    QVERIFY(first);
-    delete first;
-}
-
-void RepositoryTest::proxiesOutliveTheRepository()
-{
-    const FakeRunner runner({FakeRunner::busName(QStringLiteral("a"))});
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    const QPointer<KinletInterface> proxy(m_repository->kinletPlugin(QStringLiteral("a")));
-    const QPointer<QDBusServiceWatcher> watcher(m_repository->findChild<QDBusServiceWatcher *>());
-    m_repository.reset();
-    QVERIFY(proxy);
-    QVERIFY(!watcher);
-    delete proxy;
-}
-
-void RepositoryTest::watchedOnce()
-{
-    const QString name = FakeRunner::busName(QStringLiteral("a"));
-    makeActivatable(name);
-    m_repository = std::make_unique<SocialDBusPluginRepository>(nullptr);
-    m_repository->updateInstalledPlugins();
-    m_repository->updateInstalledPlugins();
-    const auto *watcher = m_repository->findChild<QDBusServiceWatcher *>();
-    QCOMPARE(watcher->watchedServices(), QStringList(name));
-    QSignalSpy loaded(m_repository.get(), SIGNAL(pluginLoaded(QString)));
-    const FakeRunner runner({name});
-    QVERIFY(loaded.count() == 1 || loaded.wait(Patience));
-    deliverAll();
-    QCOMPARE(loaded.count(), 1);
 }
 
 void RepositoryTest::everyNamePartOfItsProxy()
