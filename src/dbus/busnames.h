@@ -22,7 +22,8 @@ inline QString service(const QString &id)
     return prefix() + id;
 }
 
-/// Path of the object of the runner with that id.
+/// Path of the object of the runner with that id. Not checked, deliberately: an id with a dot gives
+/// one that the bus refuses.
 inline QString path(const QString &id)
 {
     return QLatin1Char('/') + id;

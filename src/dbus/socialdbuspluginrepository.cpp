@@ -19,6 +19,7 @@
 
 class SocialDBusPluginRepositoryPrivate {
 public:
+    // Guarded: whoever was handed one may have deleted it.
     QMap<QString, QPointer<KinletInterfaceProxy>> plugins;
     QDBusServiceWatcher *watcher;
 };
@@ -99,6 +100,7 @@ void SocialDBusPluginRepository::onServiceUnregistered(const QString &serviceNam
     if (id.isEmpty())
         return;
     removePlugin(id);
+    // Deliberately also if it never was a plug-in.
     Q_EMIT pluginRemoved(id);
 }
 

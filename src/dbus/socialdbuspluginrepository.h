@@ -32,9 +32,12 @@ public:
     KinletInterface *kinletPlugin(const QString &id) override;
 
 public Q_SLOTS:
+    /// Makes a proxy, which takes the place of one for the same name, and emits pluginLoaded().
+    /// Other names than those of runners are ignored, here and below.
     void addServiceIfProvider(const QString &serviceName);
+    /// Forgets the proxy, if there is one, and emits pluginRemoved() in any case.
     void onServiceUnregistered(const QString &serviceName);
-    /// Watches the runners that the bus can start now.
+    /// Watches the runners that the bus can start now. Makes no proxies.
     void updateInstalledPlugins();
 
 private:
