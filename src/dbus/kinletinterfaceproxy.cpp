@@ -62,9 +62,10 @@ QVariantMap KinletInterfaceProxy::metaData()
 
 void KinletInterfaceProxy::performRequest(SocialDataRequest *request)
 {
+    const QByteArray bytes = Payload::write(*request);
     const QString id = QUuid::createUuid().toString();
     d->pendingRequests.insert(id, request);
-    d->runner->performRequest(request->type(), id, Payload::write(*request));
+    d->runner->performRequest(request->type(), id, bytes);
 }
 
 void KinletInterfaceProxy::cancelRequest(SocialDataRequest *request)

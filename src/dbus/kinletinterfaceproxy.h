@@ -28,8 +28,8 @@ public:
     void init() override;
     QVariantMap metaData() override;
     /// Sends the request and returns. It is finished when the runner answers, always with status
-    /// Finished and the errors that it had when it was sent: what a runner reports of errors is not
-    /// read.
+    /// Finished and the errors that it has by then: what a runner reports of errors is not read.
+    /// Without an answer it stays open, also when the runner or the bus has gone.
     void performRequest(SocialDataRequest *request) override;
     /// Does nothing: runners cannot be told, and an answer that comes later still finishes the
     /// request.
@@ -38,7 +38,8 @@ public:
 private Q_SLOTS:
     void onDbusDataUpdate(const QVariantList &data, const QStringList &updatedProperties);
     void onDbusPersonsUpdate(const QVariantList &data, const QStringList &updatedProperties);
-    void requestFinished(int requestType, const QString &requestId, const QByteArray &request,
+    // The id deliberately has no name here.
+    void requestFinished(int requestType, const QString &, const QByteArray &request,
                          const QByteArray &error);
 
 private:
