@@ -5,6 +5,7 @@
 
 #include "dbus/kinletrunnerinterface.h"
 #include "dbus/payload.h"
+#include "dbus/payloadguard.h"
 #include "requests/socialdatarequest.h"
 
 #include <QMap>
@@ -26,9 +27,10 @@ QList<Record> readRecords(const QVariantList &data)
 {
     QList<Record> records;
     records.reserve(data.size());
+    Allowance allowance;
     for (const QVariant &element : data) {
         Record record;
-        Payload::read(element.toByteArray(), record);
+        Payload::read(element.toByteArray(), record, allowance);
         records.append(record);
     }
     return records;

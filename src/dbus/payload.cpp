@@ -24,24 +24,24 @@ QByteArray written(Write write)
     return bytes;
 }
 
-template <typename Guard, typename Read>
-bool readAs(int version, const QByteArray &bytes, Guard safeBytes, Read read)
-{
-    const int safe = safeBytes(version);
-    QDataStream in(QByteArray::fromRawData(bytes.constData(), safe));
-    in.setVersion(version);
-    read(in);
-    return in.status() == QDataStream::Ok && in.atEnd() && safe == bytes.size();
-}
-
 template <typename Guard, typename Read, typename Drop>
-bool readPayload(const QByteArray &bytes, Guard safeBytes, Read read, Drop drop)
+bool readPayload(const QByteArray &bytes, Allowance &allowance, Guard safeBytes, Read read,
+                 Drop drop)
 {
+    const Allowance before = allowance;
+    const auto readAs = [&](int version) {
+        // Of several attempts only the last is kept, and counts.
+        allowance = before;
+        const int safe = safeBytes(version);
+        QDataStream in(QByteArray::fromRawData(bytes.constData(), safe));
+        in.setVersion(version);
+        read(in);
+        return in.status() == QDataStream::Ok && in.atEnd() && safe == bytes.size();
+    };
     try {
-        if (readAs(QDataStream::Qt_5_15, bytes, safeBytes, read)
-            || readAs(QDataStream::Qt_4_8, bytes, safeBytes, read))
+        if (readAs(QDataStream::Qt_5_15) || readAs(QDataStream::Qt_4_8))
             return true;
-        readAs(QDataStream::Qt_5_15, bytes, safeBytes, read);
+        readAs(QDataStream::Qt_5_15);
     } catch (const std::bad_alloc &) {
         drop();
     }
@@ -67,14 +67,22 @@ QByteArray Payload::write(const QList<KinletError> &errors)
 
 bool Payload::read(const QByteArray &bytes, SocialDataRequest &request)
 {
+    Allowance allowance;
     return readPayload(
-        bytes, [&](int version) { return safeRequestBytes(bytes, version, request.type()); },
+        bytes, allowance,
+        [&](int version) { return safeRequestBytes(bytes, version, request.type(), allowance); },
         [&](QDataStream &in) { request.unserialize(in); }, [&] { request.setResults({}); });
 }
 
 bool Payload::read(const QByteArray &bytes, SocialGenericData &record)
 {
+    Allowance allowance;
+    return read(bytes, record, allowance);
+}
+
+bool Payload::read(const QByteArray &bytes, SocialGenericData &record, Allowance &allowance)
+{
     return readPayload(
-        bytes, [&](int version) { return safeRecordBytes(bytes, version); },
+        bytes, allowance, [&](int version) { return safeRecordBytes(bytes, version, allowance); },
         [&](QDataStream &in) { in >> record; }, [&] { record = SocialGenericData(); });
 }

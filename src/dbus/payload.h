@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QList>
 
+struct Allowance;
 class SocialDataRequest;
 class SocialGenericData;
 
@@ -32,5 +33,7 @@ QByteArray write(const QList<KinletError> &errors);
 bool read(const QByteArray &bytes, SocialDataRequest &request);
 /// Reads into \a record. False if the payload did not end cleanly.
 bool read(const QByteArray &bytes, SocialGenericData &record);
+/// The same for one of several payloads that came in one message and share \a allowance.
+bool read(const QByteArray &bytes, SocialGenericData &record, Allowance &allowance);
 
 }

@@ -13,8 +13,6 @@
 namespace {
 
 constexpr int DeepestNesting = 64;
-constexpr int MostPatterns = 1000;
-constexpr qint64 HighestPatternCost = 2000000;
 
 // Bytes of the shortest element of each kind.
 constexpr int SmallestVariant = 5;
@@ -69,7 +67,10 @@ bool canBeRead(int type)
 
 class Walk : public StreamWalk {
 public:
-    using StreamWalk::StreamWalk;
+    Walk(const QByteArray &bytes, int version, Allowance &allowance)
+        : StreamWalk(bytes, version), m_allowance(allowance)
+    {
+    }
 
     void request(int kind);
     void record(int depth);
@@ -83,8 +84,7 @@ private:
     bool namedValue(const QByteArray &name, int depth);
     bool ownValue(const QByteArray &name, int depth);
 
-    int m_patterns = 0;
-    qint64 m_patternCost = 0;
+    Allowance &m_allowance;
 };
 
 void Walk::pattern()
@@ -97,9 +97,12 @@ void Walk::pattern()
     QString pattern(units.size() / 2, Qt::Uninitialized);
     qFromBigEndian<quint16>(units.constData(), pattern.size(), pattern.data());
     const auto cost = patternCost(pattern, syntax);
-    m_patternCost += cost.value_or(0);
-    if (++m_patterns > MostPatterns || !cost || m_patternCost > HighestPatternCost)
+    if (!cost || *cost > m_allowance.patternCost || m_allowance.patterns == 0) {
         unsafe(at);
+        return;
+    }
+    m_allowance.patternCost -= *cost;
+    --m_allowance.patterns;
 }
 
 void Walk::patterns()
@@ -188,8 +191,12 @@ bool Walk::value(int type, int depth)
     case QMetaType::QVariantList:
         elements(SmallestVariant, [=] { variant(depth + 1); });
         break;
-    case QMetaType::QVariantMap:
     case QMetaType::QVariantHash:
+        if (m_allowance.hashes == 0)
+            return false;
+        --m_allowance.hashes;
+        Q_FALLTHROUGH();
+    case QMetaType::QVariantMap:
         map(SmallestVariant, [=] { variant(depth + 1); });
         break;
     case RegExpType:
@@ -299,16 +306,16 @@ void Walk::request(int kind)
 
 }
 
-int safeRequestBytes(const QByteArray &bytes, int version, int kind)
+int safeRequestBytes(const QByteArray &bytes, int version, int kind, Allowance &allowance)
 {
-    Walk walk(bytes, version);
+    Walk walk(bytes, version, allowance);
     walk.request(kind);
     return walk.safeBytes();
 }
 
-int safeRecordBytes(const QByteArray &bytes, int version)
+int safeRecordBytes(const QByteArray &bytes, int version, Allowance &allowance)
 {
-    Walk walk(bytes, version);
+    Walk walk(bytes, version, allowance);
     walk.record(1);
     return walk.safeBytes();
 }
