@@ -72,11 +72,11 @@ void FakeRunner::finish(const QString &id, const QString &requestId, const QByte
 void FakeRunner::dieAnswering(const QString &id, const QString &requestId,
                               const QByteArray &request)
 {
-    send({{QStringLiteral("do"), QStringLiteral("finish")},
-          {QStringLiteral("path"), QLatin1Char('/') + id},
-          {QStringLiteral("id"), requestId},
-          {QStringLiteral("request"), QString::fromLatin1(request.toHex())},
-          {QStringLiteral("die"), true}});
+    write({{QStringLiteral("do"), QStringLiteral("finish")},
+           {QStringLiteral("path"), QLatin1Char('/') + id},
+           {QStringLiteral("id"), requestId},
+           {QStringLiteral("request"), QString::fromLatin1(request.toHex())},
+           {QStringLiteral("die"), true}});
     if (!m_process.waitForFinished(Patience))
         qFatal("The fake runner does not die");
 }
@@ -98,6 +98,21 @@ void FakeRunner::push(const QString &id, const QString &member, const QVariantLi
            {QStringLiteral("properties"), QJsonArray::fromStringList(properties)},
            {QStringLiteral("times"), times},
            {QStringLiteral("messages"), messages}});
+}
+
+void FakeRunner::send(const QString &id, const QString &member, const QString &signature,
+                      const QVariantList &arguments)
+{
+    order({{QStringLiteral("do"), QStringLiteral("send")},
+           {QStringLiteral("path"), QLatin1Char('/') + id},
+           {QStringLiteral("member"), member},
+           {QStringLiteral("signature"), signature},
+           {QStringLiteral("arguments"), QJsonArray::fromVariantList(arguments)}});
+}
+
+void FakeRunner::refuse()
+{
+    order({{QStringLiteral("do"), QStringLiteral("refuse")}});
 }
 
 ReceivedCall FakeRunner::nextCall()
@@ -139,14 +154,14 @@ QJsonObject FakeRunner::nextEvent(const QString &kind)
     return {};
 }
 
-void FakeRunner::send(const QJsonObject &order)
+void FakeRunner::write(const QJsonObject &order)
 {
     m_process.write(QJsonDocument(order).toJson(QJsonDocument::Compact) + '\n');
 }
 
 void FakeRunner::order(const QJsonObject &order)
 {
-    send(order);
+    write(order);
     if (nextEvent(QStringLiteral("done")).isEmpty())
         qFatal("The fake runner does not obey");
 }

@@ -44,6 +44,11 @@ public:
     /// are no byte arrays are sent as they are.
     void push(const QString &id, const QString &member, const QVariantList &data,
               const QStringList &properties, int times = 1, int messages = 1);
+    /// Sends a signal of any form.
+    void send(const QString &id, const QString &member, const QString &signature,
+              const QVariantList &arguments);
+    /// Calls get error replies from now on.
+    void refuse();
     /// Waits for the next call to come; an empty one if none does.
     ReceivedCall nextCall();
     void kill();
@@ -52,7 +57,7 @@ public:
 
 private:
     QJsonObject nextEvent(const QString &kind);
-    void send(const QJsonObject &order);
+    void write(const QJsonObject &order);
     void order(const QJsonObject &order);
 
     QProcess m_process;

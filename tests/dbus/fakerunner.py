@@ -15,11 +15,15 @@ import signal
 import sys
 
 import dbus
-from dbus.lowlevel import MethodCallMessage, MethodReturnMessage, SignalMessage
+from dbus.lowlevel import (ErrorMessage, MethodCallMessage, MethodReturnMessage,
+                           SignalMessage)
 from dbus.mainloop.glib import DBusGMainLoop
 from gi.repository import GLib
 
 INTERFACE = "com.orvane.kinlet.runner"
+
+# Whether calls get error replies.
+refuses = False
 
 
 def tell(**event):
@@ -36,7 +40,9 @@ def on_message(connection, message):
     if message.get_interface() == INTERFACE:
         tell(call=message.get_member(), path=message.get_path(), signature=message.get_signature(),
              arguments=[plain(value) for value in message.get_args_list(byte_arrays=True)])
-    if not message.get_no_reply():
+    if refuses:
+        connection.send_message(ErrorMessage(message, "org.example.Error.Refused", "No"))
+    elif not message.get_no_reply():
         reply = MethodReturnMessage(message)
         if message.get_member() == "metaData":
             reply.append({"name": "told by the runner", "version": "7"}, signature="a{sv}")
@@ -45,9 +51,10 @@ def on_message(connection, message):
 
 
 def send(connection, path, member, signature, *values):
-    signal = SignalMessage(path, INTERFACE, member)
-    signal.append(signature=signature, *values)
-    connection.send_message(signal)
+    message = SignalMessage(path, INTERFACE, member)
+    if signature:
+        message.append(signature=signature, *values)
+    connection.send_message(message)
 
 
 def variants(texts):
@@ -57,12 +64,17 @@ def variants(texts):
 
 
 def obey(connection, order):
+    global refuses
     action = order["do"]
     if action == "own":
         connection.request_name(order["name"],
                                 0 if order.get("queue") else dbus.bus.NAME_FLAG_DO_NOT_QUEUE)
     elif action == "release":
         connection.release_name(order["name"])
+    elif action == "refuse":
+        refuses = True
+    elif action == "send":
+        send(connection, order["path"], order["member"], order["signature"], *order["arguments"])
     elif action == "finish":
         for _ in range(order.get("times", 1)):
             send(connection, order["path"], "requestFinished", "isayay", order.get("type", 0),

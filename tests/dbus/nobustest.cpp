@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "dbus/kinletinterfaceproxy.h"
+#include "dbus/kinletrunnerinterface.h"
 #include "dbus/socialdbuspluginrepository.h"
 #include "manager/kinletmanager.h"
 #include "requests/socialgetpersonsrequest.h"
@@ -19,6 +21,7 @@ private Q_SLOTS:
     void repositoryIsEmptyAndSaysWhy();
     void nothingIsWatched();
     void managerHasNoProviders();
+    void requestOfAProxyStaysOpen();
 };
 
 void NoBusTest::repositoryIsEmptyAndSaysWhy()
@@ -64,6 +67,24 @@ void NoBusTest::managerHasNoProviders()
     QCOMPARE(finished.count(), 1);
     QCOMPARE(int(request.status()), 4);
     KinletManager::cleanupInstance();
+}
+
+void NoBusTest::requestOfAProxyStaysOpen()
+{
+    const QString name = QStringLiteral("com.orvane.kinlet.x");
+    const QString path = QStringLiteral("/x");
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    KinletInterfaceProxy proxy(new KinletRunnerInterface(name, path, bus, nullptr),
+                               QStringLiteral("x"));
+    SocialGetPersonsRequest request;
+    QSignalSpy finished(&request, SIGNAL(finished(SocialDataRequest *)));
+    proxy.performRequest(&request);
+    proxy.cancelRequest(&request);
+    QCoreApplication::processEvents();
+    QCOMPARE(finished.count(), 0);
+    QCOMPARE(int(request.status()), 0);
+    QCOMPARE(proxy.metaData(), QVariantMap({{QStringLiteral("name"), QStringLiteral("x")}}));
+    QVERIFY(KinletRunnerInterface(name, path, bus, nullptr).metaData().isError());
 }
 
 QTEST_GUILESS_MAIN(NoBusTest)
