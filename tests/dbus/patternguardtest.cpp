@@ -4,6 +4,7 @@
 #include "dbus/patternguard.h"
 #include "dbus/streamed.h"
 
+#include "requests/socialgetlikersrequest.h"
 #include "requests/socialgetpersonsrequest.h"
 
 #include <QRegExp>
@@ -45,6 +46,7 @@ private Q_SLOTS:
     void numberOfPatterns_data();
     void numberOfPatterns();
     void payloadEndsAtAnUnsafePattern();
+    void patternsOfLikers();
 };
 
 void PatternGuardTest::limits_data()
@@ -196,6 +198,17 @@ void PatternGuardTest::payloadEndsAtAnUnsafePattern()
     QCOMPARE(request.status(), SocialDataRequest::Finished);
     QCOMPARE(request.performOnAccountsFilter(), filled.performOnAccountsFilter());
     QVERIFY(request.propertyFilter().isEmpty());
+}
+
+void PatternGuardTest::patternsOfLikers()
+{
+    for (const int size : {1000, 1001}) {
+        SocialGetLikersRequest filled(latin("i"));
+        filled.setPropertyFilter(latin("k"), QRegExp(repeated("a", size)));
+        SocialGetLikersRequest request;
+        QCOMPARE(Payload::read(Payload::write(filled), request), size == 1000);
+        QCOMPARE(int(request.propertyFilter().size()), size == 1000 ? 1 : 0);
+    }
 }
 
 QTEST_GUILESS_MAIN(PatternGuardTest)

@@ -110,6 +110,9 @@ private Q_SLOTS:
     void newerVersionIsTriedFirst();
     void undecodablePayloadLeavesTheFirstReading();
     void recordIsReplaced();
+    void smallestElements();
+    void smallestValues_data();
+    void smallestValues();
 
 private:
     static void addRequests();
@@ -236,6 +239,54 @@ void PayloadTest::recordIsReplaced()
     QVERIFY(!Payload::read(QByteArray(), record));
     QCOMPARE(record.className(), QString());
     QVERIFY(record.properties().isEmpty());
+}
+
+// Counts of elements that could not be smaller are not too high.
+void PayloadTest::smallestElements()
+{
+    SocialGetPersonsRequest request;
+    request.setResults({SocialGenericData(), SocialGenericData(), SocialGenericData()});
+    SocialGetPersonsRequest copy;
+    QVERIFY(Payload::read(Payload::write(request), copy));
+    QCOMPARE(copy.results().size(), 3);
+
+    request.setPropertyFilter(QString(), QRegExp(QString()));
+    QVERIFY(Payload::read(Payload::write(request), copy));
+    QCOMPARE(copy.propertyFilter().size(), 1);
+
+    GetAggregatedServicesRequest services;
+    services.setPerformOnAccountsFilter({QString()});
+    GetAggregatedServicesRequest servicesCopy;
+    QVERIFY(Payload::read(Payload::write(services), servicesCopy));
+    QCOMPARE(servicesCopy.performOnAccountsFilter().size(), 1);
+
+    SocialGenericData record;
+    QVERIFY(Payload::read(streamed(QString(), quint32(1), QString(), QVariant()), record));
+    QCOMPARE(record.properties().size(), 1);
+}
+
+void PayloadTest::smallestValues_data()
+{
+    QTest::addColumn<QVariant>("value");
+    QTest::newRow("list") << QVariant(QVariantList{QVariant()});
+    QTest::newRow("map") << QVariant(QVariantMap{{QString(), QVariant()}});
+    QTest::newRow("hash") << QVariant(QVariantHash{{QString(), QVariant()}});
+    QTest::newRow("texts") << QVariant(QStringList{QString()});
+    QTest::newRow("byte arrays") << QVariant::fromValue(QByteArrayList{QByteArray()});
+    SocialActivityAttachment attachment;
+    attachment.media.append(Media());
+    QTest::newRow("media") << QVariant::fromValue(attachment);
+}
+
+void PayloadTest::smallestValues()
+{
+    QFETCH(QVariant, value);
+    SocialGenericData record;
+    record.setProperty(latin("k"), value);
+    const QByteArray bytes = Payload::write(record);
+    SocialGenericData copy;
+    QVERIFY(Payload::read(bytes, copy));
+    QCOMPARE(Payload::write(copy), bytes);
 }
 
 QTEST_GUILESS_MAIN(PayloadTest)

@@ -161,6 +161,7 @@ private Q_SLOTS:
     void changedBytesDoNoHarm_data();
     void changedBytesDoNoHarm();
     void patternAsAValue();
+    void recordsInsideEachOther();
 };
 
 void PayloadValuesTest::initTestCase()
@@ -277,6 +278,21 @@ void PayloadValuesTest::patternAsAValue()
         recordWithValue(valueOfType(27)
                         + streamed(latin("((a{999}){999}){9}"), quint8(1), quint8(0), quint8(0))),
         record));
+}
+
+void PayloadValuesTest::recordsInsideEachOther()
+{
+    const QByteArray level = recordWithValue(valueOfType("SocialGenericData"));
+    const auto nested = [&](int levels) {
+        return level.repeated(levels - 1) + recordWithValue(streamed(QVariant(7)));
+    };
+    SocialGenericData record;
+    QVERIFY(Payload::read(nested(64), record));
+    QCOMPARE(record.properties().size(), 1);
+    for (const int levels : {65, 100000}) {
+        QVERIFY(!Payload::read(nested(levels), record));
+        QVERIFY(record.properties().isEmpty());
+    }
 }
 
 QTEST_GUILESS_MAIN(PayloadValuesTest)
