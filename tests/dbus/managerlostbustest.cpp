@@ -17,7 +17,7 @@ const QString b = QStringLiteral("b");
 
 }
 
-class LostBusTest : public QObject {
+class ManagerLostBusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -32,7 +32,7 @@ private:
     std::unique_ptr<TwoRunners> m_runners;
 };
 
-void LostBusTest::initTestCase()
+void ManagerLostBusTest::initTestCase()
 {
     m_bus =
         pid_t(TestBus::ask("GetConnectionUnixProcessID", {QStringLiteral("org.freedesktop.DBus")})
@@ -42,7 +42,7 @@ void LostBusTest::initTestCase()
     QVERIFY(m_runners->start());
 }
 
-void LostBusTest::hanging()
+void ManagerLostBusTest::hanging()
 {
     QCOMPARE(::kill(m_bus, SIGSTOP), 0);
     const Asked request;
@@ -60,7 +60,7 @@ void LostBusTest::hanging()
 }
 
 // The last, since a lost bus is lost for good.
-void LostBusTest::gone()
+void ManagerLostBusTest::gone()
 {
     KinletManager *manager = KinletManager::instance();
     const Asked open;
@@ -88,5 +88,5 @@ void LostBusTest::gone()
     QVERIFY(Asked().wasServed());
 }
 
-QTEST_GUILESS_MAIN(LostBusTest)
-#include "lostbustest.moc"
+QTEST_GUILESS_MAIN(ManagerLostBusTest)
+#include "managerlostbustest.moc"

@@ -18,7 +18,7 @@ bool isConnected()
 }
 
 /// The session bus ends while it is in use.
-class BusLossTest : public QObject {
+class ProxyLostBusTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
@@ -29,7 +29,7 @@ private:
     QProcess m_bus;
 };
 
-void BusLossTest::initTestCase()
+void ProxyLostBusTest::initTestCase()
 {
     m_bus.start(QStringLiteral("dbus-daemon"),
                 {QStringLiteral("--session"), QStringLiteral("--nofork"),
@@ -39,7 +39,7 @@ void BusLossTest::initTestCase()
     QVERIFY(isConnected());
 }
 
-void BusLossTest::requestsStayOpen()
+void ProxyLostBusTest::requestsStayOpen()
 {
     ProxiedRunner served;
     SocialGetPersonsRequest before;
@@ -74,5 +74,5 @@ void BusLossTest::requestsStayOpen()
     KinletManager::cleanupInstance();
 }
 
-QTEST_GUILESS_MAIN(BusLossTest)
-#include "buslosstest.moc"
+QTEST_GUILESS_MAIN(ProxyLostBusTest)
+#include "proxylostbustest.moc"
