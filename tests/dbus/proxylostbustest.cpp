@@ -65,7 +65,9 @@ void ProxyLostBusTest::requestsStayOpen()
     // A proxy can still be made, and used in vain.
     KinletInterfaceProxy late(clientOf(served.id).release(), served.id);
     late.performRequest(&after);
-    QVERIFY(clientOf(served.id)->metaData().isError());
+    QDBusPendingReply<QVariantMap> reply = clientOf(served.id)->metaData();
+    reply.waitForFinished();
+    QVERIFY(reply.isError());
     QCoreApplication::processEvents();
     QCOMPARE(finished.count() + afterFinished.count() + managedFinished.count(), 0);
     QCOMPARE(int(waiting.status()), 0);
