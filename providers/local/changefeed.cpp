@@ -71,14 +71,16 @@ bool ChangeFeed::tellPersons()
 {
     QList<SocialNetworkPerson> persons;
     {
+        qint64 last = lastPerson;
         QSqlQuery rows = store.database().run(
             Rows::selectPersons()
                 + QStringLiteral("WHERE p.change > ? ORDER BY p.change LIMIT %1").arg(BatchSize),
             {lastPerson});
-        while (rows.next()) {
+        while (store.database().next(rows)) {
             persons.append(Rows::person(rows));
-            lastPerson = Rows::personChange(rows);
+            last = Rows::personChange(rows);
         }
+        lastPerson = last;
     }
     const bool more = persons.size() == BatchSize;
     if (!persons.isEmpty())
@@ -92,15 +94,17 @@ bool ChangeFeed::tellActivities()
     QList<SocialGenericData> counted;
     {
         const qint64 before = lastActivity;
+        qint64 last = before;
         QSqlQuery rows = store.database().run(
             Rows::selectActivities()
                 + QStringLiteral("WHERE a.change > ? ORDER BY a.change LIMIT %1").arg(BatchSize),
             {before});
-        while (rows.next()) {
+        while (store.database().next(rows)) {
             const bool isEdited = Rows::activityEdited(rows) > before;
             (isEdited ? edited : counted).append(Rows::activity(rows));
-            lastActivity = Rows::activityChange(rows);
+            last = Rows::activityChange(rows);
         }
+        lastActivity = last;
     }
     const bool more = edited.size() + counted.size() == BatchSize;
     const QPointer<ChangeFeed> self(this);

@@ -95,10 +95,19 @@ QSqlQuery Database::run(const QString &sql, const QVariantList &values)
     return query;
 }
 
+bool Database::next(QSqlQuery &query)
+{
+    if (query.next())
+        return true;
+    if (query.lastError().isValid())
+        fail(query.lastError());
+    return false;
+}
+
 QVariant Database::value(const QString &sql, const QVariantList &values)
 {
     QSqlQuery query = run(sql, values);
-    return query.next() ? query.value(0) : QVariant();
+    return next(query) ? query.value(0) : QVariant();
 }
 
 void Database::fail(const QSqlError &error) const

@@ -43,6 +43,9 @@ public:
     /// Null texts are stored as empty ones.
     void execute(QSqlQuery &query, const QVariantList &values);
     QSqlQuery run(const QString &sql, const QVariantList &values = {});
+    /// Goes on to the next row; false behind the last. Not all rows may be readable, which the
+    /// query itself would not tell from their end.
+    bool next(QSqlQuery &query);
     /// The first column of the first row; invalid if there is none.
     QVariant value(const QString &sql, const QVariantList &values = {});
 

@@ -20,7 +20,7 @@ int checkedVersion(Database &database, int newest)
     QSqlQuery row = database.run(QStringLiteral("SELECT application_id, user_version, "
                                                 "(SELECT COUNT(*) FROM sqlite_master) "
                                                 "FROM pragma_application_id, pragma_user_version"));
-    row.next();
+    database.next(row);
     const int application = row.value(0).toInt();
     const int version = row.value(1).toInt();
     // A file without anything in it is what a process leaves that died at the wrong moment.

@@ -15,10 +15,10 @@
 
 namespace {
 
-QList<SocialNetworkPerson> allPersons(QSqlQuery query)
+QList<SocialNetworkPerson> allPersons(Database &file, QSqlQuery query)
 {
     QList<SocialNetworkPerson> persons;
-    while (query.next())
+    while (file.next(query))
         persons.append(Rows::person(query));
     return persons;
 }
@@ -68,13 +68,14 @@ SocialServiceAccount Store::account()
 
 QList<SocialNetworkPerson> Store::persons()
 {
-    return allPersons(file.run(Rows::selectPersons() + QStringLiteral("ORDER BY p.number")));
+    return allPersons(file, file.run(Rows::selectPersons() + QStringLiteral("ORDER BY p.number")));
 }
 
 QList<SocialNetworkPerson> Store::likers(const QString &activityId)
 {
     // An archive may hold a like of somebody about whom nothing else is known.
     return allPersons(
+        file,
         file.run(QStringLiteral("SELECT l.person, p.screenName, p.name, p.summary, p.url, "
                                 "p.avatarUrl FROM likes l LEFT JOIN persons p ON p.id = l.person "
                                 "WHERE l.activity = ? ORDER BY l.time, l.person"),
@@ -86,7 +87,7 @@ QList<SocialActivity> Store::activities(const SocialGetActivitiesRequest &filter
     const ActivityQuery query(filters);
     QSqlQuery rows = file.run(query.sql, query.values);
     QList<SocialActivity> activities;
-    while (rows.next())
+    while (file.next(rows))
         activities.append(Rows::activity(rows));
     return activities;
 }
@@ -99,7 +100,7 @@ bool Store::hasActivity(const QString &id)
 SocialActivity Store::activity(const QString &id)
 {
     QSqlQuery rows = file.run(Rows::selectActivities() + QStringLiteral("WHERE a.id = ?"), {id});
-    return rows.next() ? Rows::activity(rows) : SocialActivity();
+    return file.next(rows) ? Rows::activity(rows) : SocialActivity();
 }
 
 QString Store::addActivity(SocialActivity::Type type, const QString &text, const QString &parent)
