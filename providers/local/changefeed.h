@@ -16,8 +16,9 @@ class Store;
 /**
  * Tells what is new in the journal, whoever wrote it: this process or another one.
  *
- * Who writes to the journal appends to SQLite's log file, and the system tells who watches that
- * file. Only where it does not, a look every few seconds has to do.
+ * Who writes to the journal appends to SQLite's log file and touches it once the change can be
+ * seen, and the system tells who watches that file. Only where it does not, a look every few
+ * seconds has to do.
  */
 class ChangeFeed : public QObject {
     Q_OBJECT

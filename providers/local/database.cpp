@@ -8,6 +8,9 @@
 #include <QSqlError>
 #include <QUuid>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
 namespace {
 
 constexpr int BusyTimeout = 2000;
@@ -149,4 +152,8 @@ void Transaction::commit()
 {
     database.run(QStringLiteral("COMMIT"));
     open = false;
+    // SQLite shows a change to others only after the disk has taken it, which may be long after the
+    // last write to the log. Who watches the log hears of the end by this.
+    const QByteArray log = QFile::encodeName(database.path() + QStringLiteral("-wal"));
+    utimensat(AT_FDCWD, log.constData(), nullptr, 0);
 }

@@ -72,6 +72,7 @@ public:
     Transaction(const Transaction &) = delete;
     Transaction &operator=(const Transaction &) = delete;
 
+    /// Who watches the log file is told once others can see the change.
     void commit();
 
 private:
