@@ -78,13 +78,17 @@ void Importer::look()
 {
     if (document || waiting)
         return;
-    const QString name = folder.next();
-    if (name.isNull())
+    if (folder.isEmpty()) {
         role.unlock();
-    else if (role.isLocked() || role.tryLock(0))
-        begin(name);
-    else
+        return;
+    }
+    // What is to be read is asked under the lock: who held it before may have dealt with it.
+    const bool locked = role.isLocked() || role.tryLock(0);
+    const QString name = locked ? folder.next() : QString();
+    if (name.isNull())
         lookLater(RetryTime);
+    else
+        begin(name);
 }
 
 void Importer::begin(const QString &name)

@@ -7,7 +7,27 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <unistd.h>
+
 namespace {
+
+// Whether a program has the file open for writing, as one that copies it does until the end.
+bool isBeingWritten(const QString &path)
+{
+    const int file = open(QFile::encodeName(path).constData(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (file == -1)
+        return false;
+    // A lease for reading is refused while somebody writes. A writer who comes before it is given
+    // back makes the system send a signal; the usual one would end the process, this one does
+    // nothing.
+    fcntl(file, F_SETSIG, SIGURG);
+    const bool written = fcntl(file, F_SETLEASE, F_RDLCK) == -1 && errno == EAGAIN;
+    close(file);
+    return written;
+}
 
 // The path for a file in a folder; with a number before the extension if the name is taken.
 QString freePath(const QDir &folder, const QString &name)
@@ -29,14 +49,27 @@ ImportFolder::ImportFolder(const QString &path) : folder(path)
     QDir().mkpath(path);
 }
 
+bool ImportFolder::isEmpty() const
+{
+    return names().isEmpty();
+}
+
 QString ImportFolder::next() const
 {
-    const QStringList names = QDir(folder).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name);
-    for (const QString &name : names) {
-        if (!left.contains(name))
+    const QStringList all = names();
+    for (const QString &name : all) {
+        if (!isBeingWritten(QDir(folder).filePath(name)))
             return name;
     }
     return QString();
+}
+
+QStringList ImportFolder::names() const
+{
+    QStringList all = QDir(folder).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name);
+    for (const QString &name : left)
+        all.removeAll(name);
+    return all;
 }
 
 void ImportFolder::moveToDone(const QString &name)

@@ -5,12 +5,14 @@
 
 #include <QSet>
 #include <QString>
+#include <QStringList>
 
 /**
  * The folder into which documents are dropped.
  *
- * A regular file whose name does not begin with a dot is to be read once. It then goes to done/, or
- * to failed/ with the reason in a text file beside it. A name that is taken there gets a number.
+ * A regular file whose name does not begin with a dot is to be read once, as soon as no program
+ * writes to it. It then goes to done/, or to failed/ with the reason in a text file beside it. A
+ * name that is taken there gets a number.
  */
 class ImportFolder {
 public:
@@ -18,7 +20,9 @@ public:
     explicit ImportFolder(const QString &path);
 
     QString path() const { return folder; }
-    /// The name of the next file; null if there is none.
+    /// Whether there is nothing to read, now or later.
+    bool isEmpty() const;
+    /// The name of the next file; null if there is none but such as are still being written.
     QString next() const;
     /// Moves a file that has been read.
     void moveToDone(const QString &name);
@@ -28,6 +32,7 @@ public:
     void leave(const QString &name);
 
 private:
+    QStringList names() const;
     QString moveTo(const QString &target, const QString &name);
 
     const QString folder;
