@@ -4,7 +4,6 @@
 #include "importer.h"
 
 #include "activitystreams.h"
-#include "database.h"
 #include "importwriter.h"
 
 #include <QElapsedTimer>
@@ -68,6 +67,11 @@ void Importer::proceed()
     lookLater(0);
 }
 
+void Importer::stop(const StoreError &reason)
+{
+    stopped = reason;
+}
+
 void Importer::lookLater(int milliseconds)
 {
     if (!next.isActive())
@@ -76,7 +80,7 @@ void Importer::lookLater(int milliseconds)
 
 void Importer::look()
 {
-    if (document || waiting)
+    if (document || waiting || stopped)
         return;
     if (folder.isEmpty()) {
         role.unlock();
@@ -93,7 +97,7 @@ void Importer::look()
 
 void Importer::begin(const QString &name)
 {
-    QString problem;
+    std::optional<StoreError> problem;
     try {
         document = std::make_unique<Document>(folder.path(), name, databasePath);
     } catch (const StoreError &error) {
@@ -101,19 +105,16 @@ void Importer::begin(const QString &name)
             lookLater(RetryTime);
             return;
         }
-        problem = error.text;
+        problem = error;
     }
     const QPointer<Importer> self(this);
     Q_EMIT started();
     if (!self)
         return;
-    if (document) {
+    if (problem)
+        leave(name, *problem);
+    else
         slices.start(0);
-        return;
-    }
-    // The document may be good: it stays, for the next start.
-    folder.leave(name);
-    reject(name, problem);
 }
 
 void Importer::readSlice()
@@ -121,11 +122,13 @@ void Importer::readSlice()
     QElapsedTimer time;
     time.start();
     auto state = ActivityStreamsReader::Unfinished;
-    while (document->readable && !document->writer.failure()
-           && state == ActivityStreamsReader::Unfinished && !time.hasExpired(SliceTime))
+    const auto goesOn = [this, &state] {
+        return document->readable && !stopped && !document->writer.failure()
+            && state == ActivityStreamsReader::Unfinished;
+    };
+    while (goesOn() && !time.hasExpired(SliceTime))
         state = document->reader.readNext();
-    if (state == ActivityStreamsReader::Unfinished && document->readable
-        && !document->writer.failure())
+    if (goesOn())
         return;
     slices.stop();
     finish();
@@ -135,26 +138,23 @@ void Importer::finish()
 {
     const QString name = document->name;
     QString badDocument;
-    QString badStore;
+    std::optional<StoreError> badStore = stopped ? stopped : document->writer.failure();
     SocialImportProgress counts;
     if (!document->readable) {
         badDocument = QStringLiteral("It cannot be read: ") + document->file.errorString();
-    } else if (document->writer.failure()) {
-        badStore = document->writer.failure()->text;
-    } else if (!document->reader.reason().isEmpty()) {
+    } else if (!badStore && !document->reader.reason().isEmpty()) {
         badDocument = document->reader.reason();
-    } else {
+    } else if (!badStore) {
         try {
             counts = document->writer.counts();
             document->transaction.commit();
         } catch (const StoreError &error) {
-            badStore = error.text;
+            badStore = error;
         }
     }
     document.reset();
-    if (!badStore.isEmpty()) {
-        folder.leave(name);
-        reject(name, badStore);
+    if (badStore) {
+        leave(name, *badStore);
     } else if (!badDocument.isEmpty()) {
         folder.moveToFailed(name, badDocument);
         reject(name, badDocument);
@@ -163,6 +163,16 @@ void Importer::finish()
         waiting = true;
         Q_EMIT finished(counts);
     }
+}
+
+// The document may be good: it stays, for the next start.
+void Importer::leave(const QString &name, const StoreError &error)
+{
+    folder.leave(name);
+    const QPointer<Importer> self(this);
+    Q_EMIT storeFailed(error);
+    if (self)
+        reject(name, error.text);
 }
 
 void Importer::reject(const QString &name, const QString &reason)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "database.h"
 #include "importfolder.h"
 
 #include <Kinlet/SocialImportProgress>
@@ -13,6 +14,7 @@
 #include <QTimer>
 
 #include <memory>
+#include <optional>
 
 /**
  * Reads the documents of the import folder into the journal, one after the other, each in one
@@ -31,10 +33,14 @@ public:
 
     /// Goes on after finished().
     void proceed();
+    /// Writes nothing more to the journal, because of \a reason.
+    void stop(const StoreError &reason);
 
 Q_SIGNALS:
     /// A document has been begun. finished() follows.
     void started();
+    /// The journal could not be written. rejected() follows.
+    void storeFailed(const StoreError &error);
     /// The document \a name has not been imported.
     void rejected(const QString &name, const QString &reason);
     /// The document has been dealt with. The next one waits for proceed().
@@ -48,6 +54,7 @@ private:
     void begin(const QString &name);
     void readSlice();
     void finish();
+    void leave(const QString &name, const StoreError &error);
     void reject(const QString &name, const QString &reason);
 
     ImportFolder folder;
@@ -59,5 +66,6 @@ private:
     QTimer slow;
     QTimer slices;
     std::unique_ptr<Document> document;
+    std::optional<StoreError> stopped;
     bool waiting = false;
 };

@@ -74,8 +74,7 @@ QList<SocialServiceAccount> LocalProvider::accounts()
         try {
             return {store->account()};
         } catch (const StoreError &error) {
-            failure = error.text;
-            damaged = damaged || error.kind == StoreError::Damaged;
+            note(error);
         }
     }
     // The account is there all the same: requests to it tell what is wrong.
@@ -147,6 +146,7 @@ void LocalProvider::watchStore()
         progress.running = true;
         pushImportProgress(progress);
     });
+    connect(importer, &Importer::storeFailed, this, &LocalProvider::note);
     connect(importer, &Importer::rejected, this, [this](const QString &name, const QString &why) {
         Q_EMIT error(Journal::Id, QStringLiteral("import"), name + QStringLiteral(": ") + why);
     });
@@ -164,7 +164,7 @@ void LocalProvider::onCaughtUp()
     importEnd.reset();
     const QPointer<LocalProvider> self(this);
     pushImportProgress(counts);
-    if (self && !damaged)
+    if (self)
         importer->proceed();
 }
 
@@ -173,6 +173,16 @@ void LocalProvider::pushImportProgress(const SocialImportProgress &progress)
     SocialServiceAccount account = accounts().constFirst();
     account.setProperty(SocialServiceAccount::ImportProgress, QVariant::fromValue(progress));
     Q_EMIT dataUpdate({account}, {SocialServiceAccount::ImportProgress});
+}
+
+// Nothing is written any more to what has turned out damaged.
+void LocalProvider::note(const StoreError &error)
+{
+    failure = error.text;
+    if (error.kind != StoreError::Damaged)
+        return;
+    damaged = true;
+    importer->stop(error);
 }
 
 // Once for each failure: every error() makes the loader call init() again.
@@ -208,6 +218,8 @@ LocalProvider::Outcome LocalProvider::attempt(const SocialDataRequest &request,
 {
     Outcome outcome;
     try {
+        if (damaged)
+            throw StoreError{StoreError::Damaged, failure};
         outcome.results = work();
     } catch (const KinletError &error) {
         outcome.errors.append(error);
@@ -215,8 +227,7 @@ LocalProvider::Outcome LocalProvider::attempt(const SocialDataRequest &request,
         outcome.errors.append(KinletError(failureType(request), error.text));
         outcome.busy = error.kind == StoreError::Busy;
         outcome.failed = !outcome.busy;
-        damaged = damaged || error.kind == StoreError::Damaged;
-        failure = error.text;
+        note(error);
     }
     return outcome;
 }

@@ -18,6 +18,7 @@
 class ChangeFeed;
 class Importer;
 class Store;
+struct StoreError;
 
 /**
  * The provider "local": a person's own journal, kept in a file of theirs.
@@ -58,6 +59,7 @@ private:
 
     bool openStore();
     void watchStore();
+    void note(const StoreError &error);
     void report();
     void answerRegistry(SocialDataRequest *request);
     Outcome attempt(const SocialDataRequest &request, const std::function<Records()> &work);
