@@ -94,7 +94,9 @@ QString HtmlTag::attribute(const QString &wanted) const
     while (all.hasNext()) {
         const QRegularExpressionMatch attribute = all.next();
         if (attribute.captured(1).compare(wanted, Qt::CaseInsensitive) == 0) {
-            return decodeHtmlEntities(attribute.captured(attribute.lastCapturedIndex()));
+            // The first group is the name; without another there is no value.
+            const int last = attribute.lastCapturedIndex();
+            return last > 1 ? decodeHtmlEntities(attribute.captured(last)) : QString();
         }
     }
     return QString();

@@ -99,6 +99,7 @@ void HtmlTextTest::converts_data()
     row("declarations", "<!DOCTYPE html><?xml version='1.0'?>a", "a");
     row("picture with a description", "a <img src=x alt=\":swan:\"> b <img src=y> c",
         "a :swan: b c");
+    row("attributes without a value", "a<img alt src=x>b<a href>c</a>", "abc");
 
     row("bracket in a quoted value", "<i title=\"a > b\">c</i>", "c");
     row("bracket in a value quoted after a space", "<i title = \"a > b\">c</i>", "c");
