@@ -5,6 +5,7 @@
 
 #include "journalsandbox.h"
 
+#include "requests/socialgetactivitiesrequest.h"
 #include "requests/sociallikeactivityrequest.h"
 #include "requests/socialpostactivitiesrequest.h"
 #include "store.h"
@@ -12,11 +13,14 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <algorithm>
+
 class JournalBusyTest : public QObject {
     Q_OBJECT
 
 private Q_SLOTS:
     void givesUp();
+    void damagedMeanwhile();
 };
 
 void JournalBusyTest::givesUp()
@@ -45,6 +49,45 @@ void JournalBusyTest::givesUp()
     SocialPostActivitiesRequest after(SocialActivity::Status, QStringLiteral("after"));
     QVERIFY(perform(after));
     QCOMPARE(after.errors().size(), 0);
+}
+
+// A post that has been waiting is not written to a journal that has turned out damaged by then.
+void JournalBusyTest::damagedMeanwhile()
+{
+    const JournalSandbox sandbox;
+    const QByteArray text(500, 'x');
+    {
+        Store store;
+        Transaction transaction(store.database(), Transaction::Soon);
+        for (int i = 0; i < 6000; ++i)
+            store.addActivity(SocialActivity::Status, QString::fromLatin1(text), QString());
+        transaction.commit();
+    }
+    KinletManager::instance();
+    SocialPostActivitiesRequest post(SocialActivity::Status, QStringLiteral("text"));
+    SocialGetActivitiesRequest all;
+    all.setLimit(0);
+    QByteArray damaged;
+    {
+        Store store;
+        const Transaction other(store.database(), Transaction::Soon);
+        KinletManager::instance()->performRequest(&post, {});
+        QVERIFY(!post.isFinished());
+        // Pages with the older texts, where nothing new would be written.
+        damaged = JournalSandbox::read(sandbox.databasePath());
+        for (auto page = 0; page < damaged.size() / 2; page += 4096) {
+            if (damaged.mid(page, 4096).contains(text))
+                std::fill(damaged.begin() + page, damaged.begin() + page + 4096, '\x55');
+        }
+        JournalSandbox::write(sandbox.databasePath(), damaged);
+        QVERIFY(perform(all));
+        QCOMPARE(all.errors().size(), 1);
+    }
+    QTRY_VERIFY_WITH_TIMEOUT(post.isFinished(), 600000);
+    QCOMPARE(post.errors().size(), 1);
+    QCOMPARE(post.errors().constFirst().type(), KinletError::PostFailed);
+    KinletManager::cleanupInstance();
+    QCOMPARE(JournalSandbox::read(sandbox.databasePath()), damaged);
 }
 
 QTEST_GUILESS_MAIN(JournalBusyTest)
