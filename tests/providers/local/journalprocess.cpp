@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 // An application that the tests start: what it does is its first argument, after "unprivileged" if
-// file permissions are to hold for the super-user too.
+// file permissions are to hold for the super-user too, or "slow-disk" if what is written takes a
+// while to reach the disk.
 
 #include "database.h"
 #include "manager/kinletmanager.h"
@@ -21,6 +22,15 @@
 #include <unistd.h>
 
 namespace {
+
+bool slowDisk = false;
+
+int reachDisk(long call, int file)
+{
+    if (slowDisk)
+        usleep(500000);
+    return int(syscall(call, file));
+}
 
 QTextStream out(stdout);
 
@@ -119,12 +129,26 @@ void giveUpPrivileges()
 
 }
 
+// These stand in the way of the C library's, which SQLite calls.
+extern "C" Q_DECL_EXPORT int fsync(int file)
+{
+    return reachDisk(SYS_fsync, file);
+}
+
+extern "C" Q_DECL_EXPORT int fdatasync(int file)
+{
+    return reachDisk(SYS_fdatasync, file);
+}
+
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
     QStringList arguments = application.arguments();
     if (arguments.value(1) == QLatin1String("unprivileged")) {
         giveUpPrivileges();
+        arguments.removeAt(1);
+    } else if (arguments.value(1) == QLatin1String("slow-disk")) {
+        slowDisk = true;
         arguments.removeAt(1);
     }
     const QString what = arguments.value(1);

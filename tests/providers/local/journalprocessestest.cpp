@@ -52,6 +52,16 @@ public:
         return found;
     }
     bool ends() { return process.waitForFinished(120000); }
+    /// The most memory that it has had at any time, in KiB.
+    int peakMemory() const
+    {
+        const QString path = QStringLiteral("/proc/%1/status").arg(process.processId());
+        const QString status = QString::fromLatin1(JournalSandbox::read(path));
+        return status.section(QLatin1String("VmHWM:"), 1)
+            .simplified()
+            .section(QLatin1Char(' '), 0, 0)
+            .toInt();
+    }
 
     QProcess process;
 
@@ -82,12 +92,15 @@ private Q_SLOTS:
 
     void writersLoseNothing();
     void pushesCome();
+    void pushesComeFromSlowDisk();
     void personsPushed();
     void writerWaits();
     void cancelledWriterIsForgotten();
     void killedDuringImport();
+    void memoryOfImport();
     void onlyOneImports();
     void unreadableDocument();
+    void documentThatCannotBeMoved();
 
 private:
     QStringList allTexts();
@@ -157,6 +170,26 @@ void JournalProcessesTest::pushesCome()
         QCOMPARE(watcher.count(QStringLiteral("data text %1 likes 0 ").arg(i)), 1);
     QCOMPARE(watcher.count(QStringLiteral("data ")), 13);
     QCOMPARE(watcher.count(QStringLiteral("data text 11 likes 1 properties 3")), 1);
+}
+
+// Others can see a change only once it has reached the disk, long after the log file has changed.
+void JournalProcessesTest::pushesComeFromSlowDisk()
+{
+    QSignalSpy told(KinletManager::instance(),
+                    SIGNAL(dataUpdate(QList<SocialGenericData>, QList<QString>)));
+    QElapsedTimer waiting;
+    qint64 waited = 0;
+    const int posts = 10;
+    for (int i = 0; i < posts; ++i) {
+        Application writer({QStringLiteral("slow-disk"), QStringLiteral("post"),
+                            QStringLiteral("1"), QStringLiteral("text")});
+        // The event loop has to run meanwhile.
+        QTRY_COMPARE_WITH_TIMEOUT(writer.process.state(), QProcess::NotRunning, 60000);
+        waiting.start();
+        QTRY_COMPARE_WITH_TIMEOUT(told.count(), i + 1, 60000);
+        waited += waiting.elapsed();
+    }
+    QVERIFY2(waited < posts * 1000, qPrintable(QString::number(waited)));
 }
 
 // What one process imports, all others hear; the import itself only the one.
@@ -239,6 +272,24 @@ void JournalProcessesTest::killedDuringImport()
     QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral("done/a.json"))));
 }
 
+// It does not grow with the number of activities.
+void JournalProcessesTest::memoryOfImport()
+{
+    // What is freed has to be used again, also where memory is being checked.
+    qputenv("ASAN_OPTIONS", qgetenv("ASAN_OPTIONS") + ":quarantine_size_mb=1");
+    Application application({QStringLiteral("watch")});
+    QVERIFY(application.says(QStringLiteral("ready")));
+    sandbox->drop(QStringLiteral("few.json"), archive(1000));
+    QVERIFY(application.says(QStringLiteral("ended")));
+    const int before = application.peakMemory();
+    QVERIFY(before > 0);
+    sandbox->drop(QStringLiteral("many.json"), archive(50000));
+    QVERIFY(
+        QTest::qWaitFor([&] { return application.count(QStringLiteral("ended")) == 2; }, 600000));
+    const int grown = application.peakMemory() - before;
+    QVERIFY2(grown < 10 * 1024, qPrintable(QString::number(grown)));
+}
+
 void JournalProcessesTest::onlyOneImports()
 {
     std::vector<std::unique_ptr<Application>> applications;
@@ -272,6 +323,22 @@ void JournalProcessesTest::unreadableDocument()
     const QByteArray reason =
         JournalSandbox::read(sandbox->importPath(QStringLiteral("failed/a.json.reason.txt")));
     QVERIFY2(reason.contains("cannot be read"), reason.constData());
+}
+
+// It is not read again and again.
+void JournalProcessesTest::documentThatCannotBeMoved()
+{
+    QVERIFY(QDir().mkpath(sandbox->importPath()));
+    QVERIFY(QFile::setPermissions(sandbox->importPath(), QFile::ReadOwner | QFile::ExeOwner));
+    Application application({QStringLiteral("unprivileged"), QStringLiteral("watch")});
+    QVERIFY(application.says(QStringLiteral("ready")));
+    for (int i = 1; i <= 3; ++i) {
+        sandbox->drop(QStringLiteral("%1.json").arg(i), archive(i));
+        QTRY_COMPARE_WITH_TIMEOUT(application.count(QStringLiteral("ended")), i, 60000);
+    }
+    QCOMPARE(application.count(QStringLiteral("started")), 3);
+    QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral("1.json"))));
+    QCOMPARE(allTexts().size(), 3);
 }
 
 QTEST_GUILESS_MAIN(JournalProcessesTest)
