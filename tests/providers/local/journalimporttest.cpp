@@ -3,147 +3,34 @@
 
 // What becomes of documents in the import folder.
 
-#include "journalsandbox.h"
+#include "journalimportfixture.h"
 
-#include "records/valuetypes.h"
-#include "requests/socialgetactivitiesrequest.h"
 #include "requests/socialgetlikersrequest.h"
 #include "requests/socialgetpersonsrequest.h"
 #include "requests/socialpostactivitiesrequest.h"
 
-#include <QTest>
 #include <QTimer>
 
-namespace {
-
-QByteArray collection(const QByteArrayList &items)
-{
-    return "{\"@context\": \"https://www.w3.org/ns/activitystreams\", \"id\": \"http://x/outbox\", "
-           "\"type\": \"OrderedCollection\", \"orderedItems\": ["
-        + items.join(",\n") + "]}";
-}
-
-QByteArray note(const QByteArray &id, const QByteArray &author, const QByteArray &text)
-{
-    return "{\"type\": \"Note\", \"id\": \"" + id + "\", \"attributedTo\": \"" + author
-        + "\", \"content\": \"" + text + "\", \"published\": \"2026-01-02T03:04:05Z\"}";
-}
-
-QByteArray actor(const QByteArray &id, const QByteArray &name)
-{
-    return "{\"@context\": \"https://www.w3.org/ns/activitystreams\", \"type\": \"Person\", "
-           "\"id\": \""
-        + id + "\", \"name\": \"" + name + "\"}";
-}
-
-QByteArray like(const QByteArray &person, const QByteArray &activity)
-{
-    return "{\"type\": \"Like\", \"id\": \"" + activity + "#" + person + "\", \"actor\": \""
-        + person + "\", \"object\": \"" + activity + "\"}";
-}
-
-QStringList filesIn(const QString &folder)
-{
-    return QDir(folder).entryList(QDir::Files | QDir::Hidden, QDir::Name);
-}
-
-}
-
-class JournalImportTest : public QObject {
+class JournalImportTest : public JournalImportFixture {
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
-    void cleanup();
+    void init() { startAnew(); }
+    void cleanup() { sandbox.reset(); }
 
     void samples();
-    void waitingDocuments();
     void secondImport();
     void badDocument_data();
     void badDocument();
-    void badAmongGood();
-    void onlyVisibleFiles();
-    void takenNames();
     void mergedPerson();
     void editedStatus();
     void ownIdsStayOwn();
     void likesAndBoosts();
+    void newLikeOfKnownStatus();
     void newCommentOnKnownStatus();
     void postDuringImport();
     void manyActivities();
-
-private:
-    void listen();
-    bool importsEnd(int count);
-    QStringList allTexts();
-
-    QScopedPointer<JournalSandbox> sandbox;
-    // Everything that applications hear, in order.
-    QStringList heard;
-    int ended = 0;
 };
-
-void JournalImportTest::init()
-{
-    sandbox.reset(new JournalSandbox);
-    heard.clear();
-    ended = 0;
-}
-
-void JournalImportTest::cleanup()
-{
-    sandbox.reset();
-}
-
-void JournalImportTest::listen()
-{
-    KinletManager *const manager = KinletManager::instance();
-    connect(manager, &KinletManager::importStarted, this,
-            [this](const QString &service, const QString &account) {
-                heard.append(QStringLiteral("started %1 %2").arg(service, account));
-            });
-    connect(
-        manager, &KinletManager::importEnded, this,
-        [this](const QString &service, const QString &account, int added, int removed, int merged) {
-            heard.append(QStringLiteral("ended %1 %2 %3 %4 %5")
-                             .arg(service, account)
-                             .arg(added)
-                             .arg(removed)
-                             .arg(merged));
-            ++ended;
-        });
-    connect(manager, &KinletManager::personsUpdate, this,
-            [this](const QList<SocialNetworkPerson> &persons, const QList<QString> &properties) {
-                for (const SocialNetworkPerson &person : persons)
-                    heard.append(QStringLiteral("person ") + person.description());
-                QVERIFY(properties.contains(SocialNetworkPerson::ScreenName));
-            });
-    connect(manager, &KinletManager::dataUpdate, this,
-            [this](const QList<SocialGenericData> &data, const QList<QString> &properties) {
-                const bool counted = !properties.contains(SocialActivity::Description);
-                for (const SocialGenericData &record : data)
-                    heard.append(
-                        (counted ? QStringLiteral("counted ") : QStringLiteral("activity "))
-                        + record.description());
-            });
-    auto *provider = manager->provider(QStringLiteral("local")).data();
-    connect(provider, &KinletInterface::error, this,
-            [this](const QString &name, const QString &error, const QString &message) {
-                heard.append(QStringLiteral("error %1 %2 %3").arg(name, error, message));
-            });
-}
-
-bool JournalImportTest::importsEnd(int count)
-{
-    return QTest::qWaitFor([this, count] { return ended >= count; }, 600000);
-}
-
-QStringList JournalImportTest::allTexts()
-{
-    SocialGetActivitiesRequest request;
-    request.setLimit(0);
-    return perform(request) ? textsOf(request.results()) : QStringList();
-}
 
 void JournalImportTest::samples()
 {
@@ -176,22 +63,6 @@ void JournalImportTest::samples()
     QCOMPARE(filesIn(sandbox->importPath()), QStringList());
     QCOMPARE(filesIn(sandbox->importPath(QStringLiteral("done"))),
              QStringList() << QStringLiteral("actor.json") << QStringLiteral("outbox.json"));
-}
-
-// Dropped while nobody was there to read them.
-void JournalImportTest::waitingDocuments()
-{
-    sandbox->drop(QStringLiteral("2.json"), JournalSandbox::sample("ben/actor.json"));
-    sandbox->drop(QStringLiteral("1.json"), JournalSandbox::sample("ada/actor.json"));
-    listen();
-    QVERIFY(importsEnd(2));
-    const QStringList expected{QStringLiteral("started local local"),
-                               QStringLiteral("person Ada L"),
-                               QStringLiteral("ended local local 1 0 0"),
-                               QStringLiteral("started local local"),
-                               QStringLiteral("person ben"),
-                               QStringLiteral("ended local local 1 0 0")};
-    QCOMPARE(heard, expected);
 }
 
 void JournalImportTest::secondImport()
@@ -247,56 +118,6 @@ void JournalImportTest::badDocument()
     QCOMPARE(reason.count(QLatin1Char('\n')), 1);
     QCOMPARE(QStringLiteral("error local import bad.json: ") + reason.chopped(1), heard.at(1));
     QCOMPARE(filesIn(sandbox->importPath()), QStringList());
-}
-
-void JournalImportTest::badAmongGood()
-{
-    sandbox->drop(QStringLiteral("1.json"), JournalSandbox::sample("ada/actor.json"));
-    sandbox->drop(QStringLiteral("2.json"), "bad");
-    sandbox->drop(QStringLiteral("3.json"), JournalSandbox::sample("ben/actor.json"));
-    listen();
-    QVERIFY(importsEnd(3));
-    QCOMPARE(heard.filter(QStringLiteral("person")).size(), 2);
-    QCOMPARE(heard.filter(QStringLiteral("error")).size(), 1);
-    SocialPostActivitiesRequest post(SocialActivity::Status, QStringLiteral("text"));
-    QVERIFY(perform(post));
-    QCOMPARE(post.errors().size(), 0);
-}
-
-void JournalImportTest::onlyVisibleFiles()
-{
-    const QByteArray content = JournalSandbox::sample("ben/actor.json");
-    JournalSandbox::write(sandbox->importPath(QStringLiteral(".hidden.json")), content);
-    JournalSandbox::write(sandbox->importPath(QStringLiteral("folder/inside.json")), content);
-    JournalSandbox::write(sandbox->dataHome() + QStringLiteral("/elsewhere.json"), content);
-    QVERIFY(QFile::link(sandbox->dataHome() + QStringLiteral("/elsewhere.json"),
-                        sandbox->importPath(QStringLiteral("a-link.json"))));
-    sandbox->drop(QStringLiteral("z.json"), JournalSandbox::sample("ada/actor.json"));
-    listen();
-    QVERIFY(importsEnd(1));
-    QCOMPARE(heard.filter(QStringLiteral("person")), QStringList{QStringLiteral("person Ada L")});
-    QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral(".hidden.json"))));
-    QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral("folder/inside.json"))));
-    QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral("a-link.json"))));
-}
-
-void JournalImportTest::takenNames()
-{
-    listen();
-    int count = 0;
-    for (const char *content : {"bad", "bad", "bad"}) {
-        sandbox->drop(QStringLiteral("a.b.json"), content);
-        QVERIFY(importsEnd(++count));
-        sandbox->drop(QStringLiteral("plain"), JournalSandbox::sample("ada/actor.json"));
-        QVERIFY(importsEnd(++count));
-    }
-    const QStringList failed{QStringLiteral("a.b-2.json"), QStringLiteral("a.b-2.json.reason.txt"),
-                             QStringLiteral("a.b-3.json"), QStringLiteral("a.b-3.json.reason.txt"),
-                             QStringLiteral("a.b.json"),   QStringLiteral("a.b.json.reason.txt")};
-    QCOMPARE(filesIn(sandbox->importPath(QStringLiteral("failed"))), failed);
-    const QStringList done{QStringLiteral("plain"), QStringLiteral("plain-2"),
-                           QStringLiteral("plain-3")};
-    QCOMPARE(filesIn(sandbox->importPath(QStringLiteral("done"))), done);
 }
 
 void JournalImportTest::mergedPerson()
@@ -387,6 +208,31 @@ void JournalImportTest::likesAndBoosts()
     QCOMPARE(likers.persons().constFirst().id(), QStringLiteral("http://x/b"));
     QCOMPARE(likers.persons().constFirst().property(SocialNetworkPerson::ScreenName),
              QStringLiteral("http://x/b"));
+}
+
+// Who likes what is known is new, and is told; a like that was known already is not.
+void JournalImportTest::newLikeOfKnownStatus()
+{
+    listen();
+    sandbox->drop(QStringLiteral("1.json"),
+                  collection({note("http://x/1", "http://x/a", "status")}));
+    QVERIFY(importsEnd(1));
+    for (int count = 2; count <= 3; ++count) {
+        heard.clear();
+        QByteArray later = like("http://x/c", "http://x/1");
+        later.chop(1);
+        later += ", \"published\": \"2026-01-03T00:00:00Z\"}";
+        sandbox->drop(QStringLiteral("2.json"),
+                      collection({later, like("http://x/b", "http://x/1")}));
+        QVERIFY(importsEnd(count));
+        QCOMPARE(heard.filter(QStringLiteral("counted status")).size(), count == 2 ? 1 : 0);
+        QCOMPARE(heard.size(), count == 2 ? 3 : 2);
+    }
+    // In the order in which they came to like it.
+    SocialGetLikersRequest likers(QStringLiteral("http://x/1"));
+    QVERIFY(perform(likers));
+    QCOMPARE(idsOf(likers.results()),
+             QStringList() << QStringLiteral("http://x/b") << QStringLiteral("http://x/c"));
 }
 
 void JournalImportTest::newCommentOnKnownStatus()
