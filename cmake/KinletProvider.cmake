@@ -36,12 +36,19 @@ function(kinlet_add_provider name)
         VISIBILITY_INLINES_HIDDEN ON)
     target_link_libraries(${name} PRIVATE Kinlet::Kinlet)
     # Where the library looks for plug-ins, whatever this system's folder for libraries is.
-    install(TARGETS ${name} LIBRARY DESTINATION lib/kinlet-1.0/plugins)
+    set(folder lib/kinlet-1.0/plugins)
+    install(TARGETS ${name} LIBRARY DESTINATION ${folder})
 
-    set(provider_name ${name})
     set(provider_description "${arg_DESCRIPTION}")
-    list(JOIN arg_ADDRESS_FAMILIES " " provider_families)
+    list(JOIN arg_ADDRESS_FAMILIES " " families)
+    string(STRIP "AF_UNIX ${families}" provider_families)
+    # The file and not the name: the runner finds it whatever it is installed under.
+    set(plugin ${CMAKE_INSTALL_PREFIX}/${folder}/${name}.so)
+    # Kinlet's package says where its runner is; Kinlet itself installs it beside this.
     set(runner ${CMAKE_INSTALL_FULL_BINDIR}/kinlet-runner)
+    if(KINLET_RUNNER)
+        set(runner ${KINLET_RUNNER})
+    endif()
     set(bus_name com.orvane.kinlet.${name})
     set(unit kinlet-provider-${name}.service)
     configure_file(${KINLET_PROVIDER_TEMPLATES}/provider-bus.service.in
