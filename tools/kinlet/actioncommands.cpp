@@ -13,9 +13,10 @@
 #include <Kinlet/SocialLikeActivityRequest>
 #include <Kinlet/SocialPostActivitiesRequest>
 
-#include <QFile>
+#include <cerrno>
+#include <cstring>
 
-#include <cstdio>
+#include <unistd.h>
 
 namespace {
 
@@ -28,16 +29,21 @@ bool readText(Context &context, const QString &argument, QString &text)
     text = argument;
     if (argument != QLatin1String("-"))
         return true;
-    QFile input;
-    if (!input.open(stdin, QIODevice::ReadOnly)) {
-        context.report.failure(QStringLiteral("standard input: ") + input.errorString());
-        return false;
+    QByteArray input;
+    char buffer[4096];
+    for (ssize_t count = -1; count != 0; input.append(buffer, int(count))) {
+        if (!context.session.waitToRead(STDIN_FILENO)) {
+            context.report.failure(QStringLiteral("interrupted; nothing has been sent"));
+            return false;
+        }
+        count = ::read(STDIN_FILENO, buffer, sizeof buffer);
+        if (count < 0) {
+            context.report.failure(QStringLiteral("standard input: ")
+                                   + QString::fromLocal8Bit(std::strerror(errno)));
+            return false;
+        }
     }
-    text = QString::fromUtf8(input.readAll());
-    if (input.error() != QFileDevice::NoError) {
-        context.report.failure(QStringLiteral("standard input: ") + input.errorString());
-        return false;
-    }
+    text = QString::fromUtf8(input);
     if (text.endsWith(QLatin1Char('\n')))
         text.chop(1);
     return true;

@@ -8,14 +8,17 @@
 #include <csignal>
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 namespace {
 
 int signalPipe[2] = {-1, -1};
+volatile std::sig_atomic_t interrupted = 0;
 
 extern "C" void passOn(int)
 {
+    interrupted = 1;
     const char byte = 0;
     const ssize_t written = ::write(signalPipe[1], &byte, 1);
     // Nothing can be done about a full pipe here, and one byte is enough.
@@ -42,6 +45,18 @@ Interrupt::Interrupt(QObject *parent) : QObject(parent)
 void Interrupt::onSignal()
 {
     notifier->setEnabled(false);
-    seen = true;
     Q_EMIT occurred();
+}
+
+bool Interrupt::happened() const
+{
+    return interrupted != 0;
+}
+
+bool Interrupt::waitToRead(int descriptor) const
+{
+    pollfd watched[] = {{descriptor, POLLIN, 0}, {signalPipe[0], POLLIN, 0}};
+    while (!happened() && watched[0].revents == 0)
+        ::poll(watched, 2, -1);
+    return !happened();
 }

@@ -16,7 +16,11 @@ public:
     /// There can be only one.
     explicit Interrupt(QObject *parent = nullptr);
 
-    bool happened() const { return seen; }
+    /// Also before the event loop has heard of it.
+    bool happened() const;
+
+    /// Waits until the descriptor has something to read, or its end. False if interrupted first.
+    bool waitToRead(int descriptor) const;
 
 Q_SIGNALS:
     void occurred();
@@ -25,5 +29,4 @@ private:
     void onSignal();
 
     QSocketNotifier *notifier = nullptr;
-    bool seen = false;
 };

@@ -70,8 +70,10 @@ QList<Located> locate(Context &context, const QString &activityId)
                 found.append(place);
         }
     }
-    if (context.session.interrupted())
+    if (context.session.interrupted()) {
+        context.session.reportInterruption();
         return {};
+    }
     for (const Answer &answer : answers) {
         for (const KinletError &error : answer.errors) {
             if (found.isEmpty() || !saysElsewhere(error))

@@ -54,7 +54,7 @@ void Names::lookUp(const QList<Entry> &activities)
             questions.push_back({target, std::move(request)});
         }
     }
-    if (questions.empty())
+    if (questions.empty() || session.interrupted())
         return;
     const QList<Entry> persons = entriesOf(session.ask(std::move(questions)));
     for (const Entry &person : persons)

@@ -6,7 +6,7 @@
 #include <QByteArray>
 #include <QString>
 
-/// Standard output. Nothing written is lost unnoticed: see finish().
+/// Standard output. Nothing written is lost unnoticed: see flush().
 class Output {
 public:
     Output();

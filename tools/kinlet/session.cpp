@@ -228,6 +228,8 @@ QList<Answer> Session::ask(std::vector<Question> questions)
             run(loop, line.waitMilliseconds);
         }
         reportSilence(pending());
+    } else {
+        reportInterruption();
     }
     QList<Answer> answers;
     for (const Question &question : questions) {
@@ -259,6 +261,12 @@ void Session::reportSilence(const QStringList &silentNow)
     else
         report.failure(QStringLiteral("no answer within %1 from %2")
                            .arg(seconds(line.waitMilliseconds), listed(silentNow)));
+}
+
+void Session::reportInterruption()
+{
+    if (report.exitCode() == Done)
+        report.failure(QStringLiteral("interrupted"));
 }
 
 QList<Entry> entriesOf(const QList<Answer> &answers)

@@ -87,6 +87,10 @@ public:
     /// negative time never passes.
     void run(QEventLoop &loop, int milliseconds);
     bool interrupted() const { return interrupt.happened(); }
+    /// Reports that an interruption has left something undone, unless a failure says so already.
+    void reportInterruption();
+    /// Waits until the descriptor has something to read, or its end. False if interrupted first.
+    bool waitToRead(int descriptor) const { return interrupt.waitToRead(descriptor); }
 
 private:
     void perform(const Question &question);

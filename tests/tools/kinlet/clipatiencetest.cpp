@@ -47,6 +47,7 @@ private Q_SLOTS:
     void interruption_data();
     void interruption();
     void interruptedLookingActsOnNothing();
+    void interruptionWhileAProviderBlocks();
 };
 
 void CliPatienceTest::hangingProviderHoldsNobodyUp()
@@ -218,6 +219,18 @@ void CliPatienceTest::interruptedLookingActsOnNothing()
     kill(pid_t(process.processId()), SIGINT);
     const Ended ended = Cli::end(process);
     QCOMPARE(ended.out, QString());
+    QCOMPARE(ended.code, 1);
+    QVERIFY(cli.asked(QStringLiteral("like")).isEmpty());
+}
+
+void CliPatienceTest::interruptionWhileAProviderBlocks()
+{
+    Cli cli;
+    cli.addProvider(QStringLiteral("alder"), json(R"({'accounts': [{'Id': 'a1'}],
+        'activities': [{'Id': 's1'}], 'interrupts': ['activities']})"));
+    const Ended ended = cli.run(words("like s1"));
+    QCOMPARE(ended.out, QString());
+    QCOMPARE(ended.err, QStringLiteral("kinlet: interrupted\n"));
     QCOMPARE(ended.code, 1);
     QVERIFY(cli.asked(QStringLiteral("like")).isEmpty());
 }

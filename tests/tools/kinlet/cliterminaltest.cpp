@@ -46,6 +46,7 @@ private Q_SLOTS:
     void progress_data();
     void progress();
     void controlC();
+    void controlCWhileTyping();
     void noTerminalForTheOutput();
 };
 
@@ -180,6 +181,21 @@ void CliTerminalTest::controlC()
     QVERIFY(ended.out.contains(QStringLiteral("The quick")));
     QVERIFY(ended.out.contains(QStringLiteral("interrupted; no answer yet from cedar")));
     QCOMPARE(ended.code, 1);
+}
+
+void CliTerminalTest::controlCWhileTyping()
+{
+    Cli cli;
+    cli.addProvider(QStringLiteral("alder"), story);
+    TerminalRun run(cli, words("post -"), 80);
+    QTRY_VERIFY_WITH_TIMEOUT(!cli.asked(QStringLiteral("accounts")).isEmpty(), 30000);
+    run.type("Half a thou\003");
+    // The end of what is typed must not be what it waits for.
+    const Ended ended = run.end();
+    QVERIFY2(ended.out.endsWith(QStringLiteral("kinlet: interrupted; nothing has been sent\n")),
+             qPrintable(ended.out));
+    QCOMPARE(ended.code, 1);
+    QVERIFY(cli.asked(QStringLiteral("post")).isEmpty());
 }
 
 void CliTerminalTest::noTerminalForTheOutput()

@@ -14,6 +14,8 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 
+#include <csignal>
+
 namespace {
 
 const QString name = QStringLiteral(STORY_NAME);
@@ -241,6 +243,8 @@ void StoryProvider::performRequest(SocialDataRequest *request)
         return story[QLatin1String(key)].toArray().contains(kind);
     };
     log(QStringLiteral("asked"), request);
+    if (lists("interrupts"))
+        std::raise(SIGINT);
     if (lists("silent")) {
         request->setResults(found(request).mid(0, story[QLatin1String("partial")].toInt()));
         request->setRequestProgress(SocialDataRequest::Progressing, {});

@@ -21,6 +21,7 @@ class SocialGetPersonsRequest;
  *   "silent"       kinds of requests that it never answers
  *   "partial"      how many results it has told of those, in a progress report
  *   "stops"        kinds of requests that it ends with status Stopped
+ *   "interrupts"   kinds of requests during which the user presses Ctrl-C
  *   "errors"       [type, description] pairs that it answers a kind of request with
  *   "messages"     what it prints when it starts
  *   "pushes"       what it pushes once the application waits: {"signal", "records", "updated"}
