@@ -42,6 +42,8 @@ void printMessage(QtMsgType, const QMessageLogContext &, const QString &text)
     Report().note(text);
 }
 
+void discardMessage(QtMsgType, const QMessageLogContext &, const QString &) { }
+
 void applyEnvironment(const CommandLine &line)
 {
     if (line.source == Source::InProcess)
@@ -123,5 +125,7 @@ int main(int argc, char **argv)
         Report().note(QStringLiteral("the output cannot be written: ") + out.errorText());
         code = EndedWithErrors;
     }
+    // Qt's thread for the bus outlives this, and complains of what is no longer there.
+    qInstallMessageHandler(discardMessage);
     return code;
 }

@@ -3,21 +3,37 @@
 
 #include "commands.h"
 
+#include "interrupt.h"
 #include "json.h"
 #include "nearest.h"
 #include "output.h"
+#include "progress.h"
 #include "table.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
+#include <QEventLoop>
 #include <QJsonObject>
+
+#include <memory>
+#include <vector>
 
 namespace {
 
 const QString prefix = QStringLiteral("com.orvane.kinlet.");
 const QString runnerInterface = QStringLiteral("com.orvane.kinlet.runner");
+
+// What the functions below work with.
+struct Work {
+    const CommandLine &line;
+    Output &out;
+    Report &report;
+    const Interrupt &interrupt;
+    QDBusConnectionInterface *bus;
+};
 
 struct Runner {
     QString name;
@@ -57,27 +73,68 @@ QList<Runner> findRunners(QDBusConnectionInterface *bus)
     return runners;
 }
 
-// Asks all that are running at once: one that hangs costs the time only once.
-void askForVersions(QList<Runner> &runners, int milliseconds)
+// Sends all calls at once: those that hang cost the time only once. After an interruption, which is
+// reported, the rest of the replies are not finished.
+std::vector<QDBusPendingCall> callAll(Work &work, const QList<QDBusMessage> &calls,
+                                      int milliseconds)
 {
-    std::vector<QDBusPendingReply<QVariantMap>> replies;
+    const Progress progress([] { return QStringLiteral("waiting for runners"); });
+    QEventLoop loop;
+    std::vector<std::unique_ptr<QDBusPendingCallWatcher>> replies;
+    qsizetype pending = calls.size();
+    for (const QDBusMessage &call : calls) {
+        replies.push_back(std::make_unique<QDBusPendingCallWatcher>(
+            QDBusConnection::sessionBus().asyncCall(call, milliseconds)));
+        QObject::connect(replies.back().get(), &QDBusPendingCallWatcher::finished, &loop, [&] {
+            if (--pending == 0)
+                loop.quit();
+        });
+    }
+    QObject::connect(&work.interrupt, &Interrupt::occurred, &loop, &QEventLoop::quit);
+    if (pending > 0 && !work.interrupt.happened())
+        loop.exec();
+    if (work.interrupt.happened() && work.report.exitCode() == Done)
+        work.report.failure(QStringLiteral("interrupted"));
+    std::vector<QDBusPendingCall> results;
+    for (const auto &reply : replies)
+        results.push_back(*reply);
+    return results;
+}
+
+// Asks those that are running.
+void askForVersions(Work &work, QList<Runner> &runners)
+{
+    QList<QDBusMessage> calls;
     for (const Runner &runner : std::as_const(runners)) {
-        const QDBusMessage call =
+        QDBusMessage call =
             QDBusMessage::createMethodCall(prefix + runner.name, QLatin1Char('/') + runner.name,
                                            runnerInterface, QStringLiteral("metaData"));
-        replies.push_back(runner.running
-                              ? QDBusConnection::sessionBus().asyncCall(call, milliseconds)
-                              : QDBusPendingReply<QVariantMap>());
+        // One that leaves meanwhile stays away.
+        call.setAutoStartService(false);
+        if (runner.running)
+            calls.append(call);
     }
-    for (int i = 0; i < runners.size(); ++i) {
-        if (!runners[i].running)
+    const std::vector<QDBusPendingCall> replies = callAll(work, calls, work.line.waitMilliseconds);
+    auto next = replies.cbegin();
+    for (Runner &runner : runners) {
+        if (!runner.running)
             continue;
-        replies[size_t(i)].waitForFinished();
-        runners[i].answering = !replies[size_t(i)].isError();
-        if (runners[i].answering)
-            runners[i].version =
-                replies[size_t(i)].value().value(QStringLiteral("version")).toString();
+        const QDBusPendingReply<QVariantMap> reply = *next++;
+        runner.answering = reply.isFinished() && !reply.isError();
+        if (runner.answering)
+            runner.version = reply.value().value(QStringLiteral("version")).toString();
     }
+}
+
+void printJson(Output &out, const QList<Runner> &runners)
+{
+    for (const Runner &runner : runners)
+        out.line(jsonLine({{QStringLiteral("class"), QStringLiteral("Runner")},
+                           {QStringLiteral("name"), runner.name},
+                           {QStringLiteral("running"), runner.running},
+                           {QStringLiteral("activatable"), runner.activatable},
+                           {QStringLiteral("answering"), runner.answering},
+                           {QStringLiteral("version"), runner.version}}));
 }
 
 QString stateText(const Runner &runner)
@@ -89,76 +146,104 @@ QString stateText(const Runner &runner)
     return runner.activatable ? state : state + QStringLiteral(", not started by the bus");
 }
 
-ExitCode listRunners(const CommandLine &line, Output &out, Report &report,
-                     QDBusConnectionInterface *bus)
+ExitCode listRunners(Work &work)
 {
-    QList<Runner> runners = findRunners(bus);
-    askForVersions(runners, line.waitMilliseconds);
-    Table table({QStringLiteral("NAME"), QStringLiteral("STATE"), QStringLiteral("VERSION")});
-    for (const Runner &runner : std::as_const(runners)) {
-        if (line.json)
-            out.line(jsonLine({{QStringLiteral("class"), QStringLiteral("Runner")},
-                               {QStringLiteral("name"), runner.name},
-                               {QStringLiteral("running"), runner.running},
-                               {QStringLiteral("activatable"), runner.activatable},
-                               {QStringLiteral("answering"), runner.answering},
-                               {QStringLiteral("version"), runner.version}}));
-        table.addRow({runner.name, stateText(runner), runner.version});
-    }
+    QList<Runner> runners = findRunners(work.bus);
+    askForVersions(work, runners);
     if (runners.isEmpty())
-        report.note(QStringLiteral("no runners on the bus; install a package "
-                                   "kinlet-provider-..., or start one: kinlet-runner NAME"));
-    else if (!line.json)
-        table.print(out);
-    return Done;
+        work.report.note(QStringLiteral("no runners on the bus; install a package "
+                                        "kinlet-provider-..., or start one: kinlet-runner NAME"));
+    if (work.line.json) {
+        printJson(work.out, runners);
+        return work.report.exitCode();
+    }
+    Table table({QStringLiteral("NAME"), QStringLiteral("STATE"), QStringLiteral("VERSION")});
+    for (const Runner &runner : std::as_const(runners))
+        table.addRow({runner.name, stateText(runner), runner.version});
+    if (!table.isEmpty())
+        table.print(work.out);
+    return work.report.exitCode();
 }
 
-ExitCode startRunners(const CommandLine &line, Output &out, Report &report,
-                      QDBusConnectionInterface *bus)
+QDBusMessage startCall(const QDBusConnectionInterface *bus, const QString &name)
 {
-    QStringList names = activatableNames(bus);
+    constexpr uint noFlags = 0;
+    QDBusMessage call = QDBusMessage::createMethodCall(
+        bus->service(), bus->path(), bus->interface(), QStringLiteral("StartServiceByName"));
+    call << prefix + name << noFlags;
+    return call;
+}
+
+// Empty if the reply says that the runner has started.
+QString startProblem(const QDBusPendingCall &reply, int milliseconds)
+{
+    if (!reply.isFinished())
+        return QStringLiteral("has not started yet");
+    if (!reply.isError())
+        return QString();
+    if (reply.error().type() == QDBusError::NoReply)
+        return QStringLiteral("did not start within %1 s").arg(milliseconds / 1000.0);
+    return reply.error().message();
+}
+
+ExitCode startRunners(Work &work)
+{
+    QStringList names = activatableNames(work.bus);
     names.sort();
-    const QString wanted = line.arguments.value(1);
+    const QString wanted = work.line.arguments.value(1);
     if (!wanted.isEmpty() && !names.contains(wanted)) {
-        report.note(QStringLiteral("the bus cannot start a runner \"%1\"").arg(wanted)
-                    + didYouMean(wanted, names,
-                                 names.isEmpty() ? QStringLiteral(", nor any other")
-                                                 : QStringLiteral("; it can start ")
-                                         + names.join(QStringLiteral(", "))));
+        work.report.note(QStringLiteral("the bus cannot start a runner \"%1\"").arg(wanted)
+                         + didYouMean(wanted, names,
+                                      names.isEmpty() ? QStringLiteral(", nor any other")
+                                                      : QStringLiteral("; it can start ")
+                                              + names.join(QStringLiteral(", "))));
         return WrongUse;
     }
     if (names.isEmpty())
-        report.note(QStringLiteral("the bus has no runners to start; install a package "
-                                   "kinlet-provider-..."));
+        work.report.note(QStringLiteral("the bus has no runners to start; install a package "
+                                        "kinlet-provider-..."));
     if (!wanted.isEmpty())
         names = QStringList(wanted);
-    for (const QString &name : std::as_const(names)) {
-        const QDBusReply<void> reply = bus->startService(prefix + name);
-        if (reply.isValid())
-            out.line(QStringLiteral("%1 is running").arg(name));
+    QList<QDBusMessage> calls;
+    for (const QString &name : std::as_const(names))
+        calls.append(startCall(work.bus, name));
+    const std::vector<QDBusPendingCall> replies = callAll(work, calls, work.line.startMilliseconds);
+    QList<Runner> started;
+    for (int i = 0; i < names.size(); ++i) {
+        const QString problem = startProblem(replies[size_t(i)], work.line.startMilliseconds);
+        if (problem.isEmpty())
+            started.append({names[i], true, true, false, {}});
         else
-            report.failure(name + QStringLiteral(": ") + reply.error().message());
+            work.report.failure(names[i] + QStringLiteral(": ") + problem);
     }
-    return report.exitCode();
+    if (work.line.json) {
+        askForVersions(work, started);
+        printJson(work.out, started);
+        return work.report.exitCode();
+    }
+    for (const Runner &runner : std::as_const(started))
+        work.out.line(QStringLiteral("%1 is running").arg(runner.name));
+    return work.report.exitCode();
 }
 
 }
 
 ExitCode runRunners(const CommandLine &line, Output &out, Report &report)
 {
+    const QString action = line.arguments.value(0);
+    if (!action.isEmpty() && action != QLatin1String("start")) {
+        report.note(QStringLiteral("runners can be listed, or started: kinlet runners start "
+                                   "[NAME], not \"%1\"")
+                        .arg(action));
+        return WrongUse;
+    }
     const QDBusConnection connection = QDBusConnection::sessionBus();
     if (!connection.isConnected()) {
         report.failure(QStringLiteral("there is no session bus: %1; dbus-run-session starts one")
                            .arg(connection.lastError().message()));
         return report.exitCode();
     }
-    const QString action = line.arguments.value(0);
-    if (action.isEmpty())
-        return listRunners(line, out, report, connection.interface());
-    if (action == QLatin1String("start"))
-        return startRunners(line, out, report, connection.interface());
-    report.note(QStringLiteral("runners can be listed, or started: kinlet runners start [NAME], "
-                               "not \"%1\"")
-                    .arg(action));
-    return WrongUse;
+    const Interrupt interrupt;
+    Work work{line, out, report, interrupt, connection.interface()};
+    return action.isEmpty() ? listRunners(work) : startRunners(work);
 }

@@ -39,6 +39,10 @@ private Q_SLOTS:
     void json();
     void startsOne();
     void startsAll();
+    void startsAsJson();
+    void hangingStartHoldsNobodyUp();
+    void controlC_data();
+    void controlC();
     void reportsWhatDoesNotStart();
     void namesTheNearest();
     void refusesOtherActions();
@@ -50,6 +54,8 @@ private:
     // The bus can start a runner of that name with the command.
     void makeActivatable(const QString &name, const QByteArray &command);
     static QByteArray localCommand();
+    // It starts, and never asks for its name.
+    static QByteArray hangingCommand();
 
     std::unique_ptr<Cli> m_cli;
 };
@@ -95,6 +101,11 @@ void CliRunnersTest::makeActivatable(const QString &name, const QByteArray &comm
 QByteArray CliRunnersTest::localCommand()
 {
     return QByteArray(KINLET_RUNNER " " LOCAL_PLUGIN);
+}
+
+QByteArray CliRunnersTest::hangingCommand()
+{
+    return "/bin/sh -c \"exec sleep 30 >/dev/null 2>&1\"";
 }
 
 void CliRunnersTest::noneAtAll()
@@ -160,6 +171,51 @@ void CliRunnersTest::startsAll()
     QCOMPARE(ended.out, QStringLiteral("local is running\n"));
 }
 
+void CliRunnersTest::startsAsJson()
+{
+    makeActivatable(QStringLiteral("local"), localCommand());
+    const Ended ended = m_cli->run(words("runners start --json"));
+    QCOMPARE(ended.code, 0);
+    QCOMPARE(ended.out,
+             QStringLiteral("{\"activatable\":true,\"answering\":true,\"class\":\"Runner\","
+                            "\"name\":\"local\",\"running\":true,\"version\":\"\"}\n"));
+}
+
+void CliRunnersTest::hangingStartHoldsNobodyUp()
+{
+    makeActivatable(QStringLiteral("early"), hangingCommand());
+    makeActivatable(QStringLiteral("local"), localCommand());
+    const Ended ended = m_cli->run(words("runners start --timeout 2"));
+    QCOMPARE(ended.code, 1);
+    QCOMPARE(ended.out, QStringLiteral("local is running\n"));
+    QCOMPARE(ended.err, QStringLiteral("kinlet: early: did not start within 2 s\n"));
+}
+
+void CliRunnersTest::controlC_data()
+{
+    QTest::addColumn<QString>("shown");
+    QTest::newRow("runners --wait 1000")
+        << QStringLiteral("stuck  does not answer, not started by the bus");
+    QTest::newRow("runners start --timeout 1000")
+        << QStringLiteral("kinlet: early: has not started yet");
+}
+
+void CliRunnersTest::controlC()
+{
+    QFETCH(QString, shown);
+    makeActivatable(QStringLiteral("early"), hangingCommand());
+    FakeRunner stopped({FakeRunner::busName(QStringLiteral("stuck"))});
+    stopped.setStopped(true);
+    TerminalRun run(*m_cli, words(QTest::currentDataTag()), 80);
+    QVERIFY(run.readUntil(QStringLiteral("waiting for runners")));
+    run.type("\003");
+    const Ended ended = run.end();
+    stopped.setStopped(false);
+    QCOMPARE(ended.code, 1);
+    QVERIFY(ended.out.contains(QStringLiteral("kinlet: interrupted\n")));
+    QVERIFY2(ended.out.contains(shown), qPrintable(ended.out));
+}
+
 void CliRunnersTest::reportsWhatDoesNotStart()
 {
     makeActivatable(QStringLiteral("broken"), "/bin/false");
@@ -193,6 +249,8 @@ void CliRunnersTest::saysWhereThereIsNoBus()
     const Ended ended = m_cli->run(words("runners"));
     QCOMPARE(ended.code, 1);
     QVERIFY2(ended.err.contains(QStringLiteral("no session bus")), qPrintable(ended.err));
+    // Wrong use is wrong with and without one.
+    QCOMPARE(m_cli->run(words("runners stop")).code, 2);
 }
 
 void CliRunnersTest::usesTheProvidersOnTheBus()
