@@ -3,6 +3,7 @@
 
 #include "dbus/busnames.h"
 #include "exitcodes.h"
+#include "interrupt.h"
 #include "providerplugin.h"
 #include "runnerhost.h"
 
@@ -13,12 +14,8 @@
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QRegularExpression>
-#include <QSocketNotifier>
 #include <QTimer>
 
-#include <sys/signalfd.h>
-
-#include <csignal>
 #include <cstdio>
 
 namespace {
@@ -52,18 +49,7 @@ bool isValidElement(const QString &name)
     return element.match(name).hasMatch() && BusNames::service(name).size() <= longestBusName;
 }
 
-// Blocked for every thread, so that they arrive as readable bytes in the event loop.
-int terminationSignals()
-{
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGINT);
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
-}
-
-int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
+int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interrupt)
 {
     const QString service = BusNames::service(loaded.name);
     QDBusConnection bus = QDBusConnection::sessionBus();
@@ -72,8 +58,9 @@ int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
                     QStringLiteral("there is no session bus: %1; 'dbus-run-session' "
                                    "starts one")
                         .arg(bus.lastError().message()));
-    loaded.provider->init();
+    // First, so that it hears of what goes wrong in init().
     RunnerHost host(loaded.provider.get(), loaded.name, bus);
+    loaded.provider->init();
     // The object first: whoever sees the name may call it.
     bus.registerObject(BusNames::path(loaded.name), &host, QDBusConnection::ExportAdaptors);
     if (!bus.registerService(service))
@@ -84,8 +71,7 @@ int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
         host.stop();
         QCoreApplication::exit(Done);
     };
-    QSocketNotifier terminated(signalFile, QSocketNotifier::Read);
-    QObject::connect(&terminated, &QSocketNotifier::activated, &host, leave);
+    QObject::connect(&interrupt, &Interrupt::occurred, &host, leave);
     QTimer idle;
     idle.setSingleShot(true);
     if (idleSeconds > 0) {
@@ -112,8 +98,8 @@ int serve(const LoadedProvider &loaded, int idleSeconds, int signalFile)
 
 int main(int argc, char *argv[])
 {
-    const int signalFile = terminationSignals();
     QCoreApplication application(argc, argv);
+    const Interrupt interrupt;
     QCoreApplication::setApplicationName(QStringLiteral("kinlet-runner"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KINLET_VERSION));
     KinletInitializer::init();
@@ -168,5 +154,5 @@ int main(int argc, char *argv[])
                     QStringLiteral("the provider's name '%1' cannot be part of a bus "
                                    "name: letters, digits and _ only, no digit first")
                         .arg(loaded.name));
-    return serve(loaded, idleSeconds, signalFile);
+    return serve(loaded, idleSeconds, interrupt);
 }

@@ -11,7 +11,10 @@
 #include <Kinlet/KinletInterface>
 #include <Kinlet/SocialDataRequest>
 
+#include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QMetaObject>
 
 namespace {
@@ -77,7 +80,7 @@ void RunnerHost::performRequest(int requestType, const QString &requestId,
     }
     const QString caller = message().service();
     m_jobs.insert(job, {caller, requestId, requestType});
-    m_callers.addWatchedService(caller);
+    watchCaller(caller);
     connect(job, &SocialDataRequest::finished, this, &RunnerHost::onFinished);
     Q_EMIT used();
     // Not before the reply has gone out: the caller is not to wait for the provider.
@@ -123,9 +126,30 @@ void RunnerHost::onFinished(SocialDataRequest *request)
         QStringLiteral("requestFinished"));
     signal << job.requestType << job.requestId << answer << Payload::write(errors);
     m_bus.send(signal);
-    request->deleteLater();
+    if (request->status() == SocialDataRequest::Finished)
+        request->deleteLater();
+    else
+        // The provider may go on with what it has only stopped. It is told once it has reported.
+        QMetaObject::invokeMethod(
+            this, [this, request] { abandon(request); }, Qt::QueuedConnection);
     forgetCaller(job.caller);
     Q_EMIT used();
+}
+
+void RunnerHost::watchCaller(const QString &caller)
+{
+    if (m_callers.watchedServices().contains(caller))
+        return;
+    m_callers.addWatchedService(caller);
+    // Somebody who does not wait for the reply may have left before the watch began.
+    auto *watcher = new QDBusPendingCallWatcher(
+        m_bus.interface()->asyncCall(QStringLiteral("NameHasOwner"), caller), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher, caller] {
+        watcher->deleteLater();
+        const QDBusPendingReply<bool> isThere = *watcher;
+        if (isThere.isValid() && !isThere.value())
+            onCallerGone(caller);
+    });
 }
 
 void RunnerHost::forgetCaller(const QString &caller)
@@ -151,8 +175,12 @@ void RunnerHost::onCallerGone(const QString &caller)
 // The provider may end other requests while it is told, or this one.
 void RunnerHost::cancel(SocialDataRequest *request)
 {
-    if (m_jobs.remove(request) == 0)
-        return;
+    if (m_jobs.remove(request) > 0)
+        abandon(request);
+}
+
+void RunnerHost::abandon(SocialDataRequest *request)
+{
     m_provider->cancelRequest(request);
     request->deleteLater();
 }

@@ -62,6 +62,8 @@ private:
     void refuse(const QString &reason);
     void start(SocialDataRequest *request);
     void cancel(SocialDataRequest *request);
+    void abandon(SocialDataRequest *request);
+    void watchCaller(const QString &caller);
     void forgetCaller(const QString &caller);
 
     KinletInterface *const m_provider;

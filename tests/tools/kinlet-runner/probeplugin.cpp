@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QTimer>
 
+#include <unistd.h>
+
 #ifndef PROBE_NAME
 #define PROBE_NAME "probe"
 #endif
@@ -26,7 +28,13 @@ class ProbePlugin : public KinletInterface {
     Q_INTERFACES(KinletInterface)
 
 public:
-    void init() override { ++m_initialised; }
+    void init() override
+    {
+        ++m_initialised;
+        if (qEnvironmentVariableIsSet("PROBE_FAILS"))
+            Q_EMIT error(QStringLiteral(PROBE_NAME), QStringLiteral("broken"),
+                         QStringLiteral("from the start"));
+    }
 
     QVariantMap metaData() override
     {
@@ -76,6 +84,8 @@ public:
                    {KinletError(KinletError::NetworkFailed, QStringLiteral("no network"))});
         else if (behaviour == QLatin1String("partial"))
             answerInParts(request);
+        else if (behaviour == QLatin1String("blocking"))
+            block();
         else if (behaviour == QLatin1String("large"))
             answerLargely(request);
         else if (behaviour != QLatin1String("never"))
@@ -84,6 +94,8 @@ public:
             request->setRequestProgress(SocialDataRequest::Finished, {});
         if (behaviour == QLatin1String("pushing"))
             push();
+        if (behaviour == QLatin1String("flooding"))
+            flood();
         if (behaviour == QLatin1String("broken"))
             Q_EMIT error(QStringLiteral(PROBE_NAME), QStringLiteral("broken"),
                          QStringLiteral("as asked"));
@@ -145,6 +157,13 @@ private:
         });
     }
 
+    [[noreturn]] void block()
+    {
+        tell(QStringLiteral("blocking"));
+        for (;;)
+            ::pause();
+    }
+
     static void answerLargely(SocialDataRequest *request)
     {
         // Four bytes a letter: more than the 64 MiB that an array on the bus may have.
@@ -161,6 +180,15 @@ private:
         person.setProperty(SocialGenericData::Id, QStringLiteral("pushed"));
         Q_EMIT personsUpdate({person}, {SocialNetworkPerson::Status});
         tell(QStringLiteral("pushed"));
+    }
+
+    void flood()
+    {
+        // Two bytes a letter.
+        SocialGenericData record;
+        record.setProperty(SocialGenericData::Description,
+                           QString(5 * 1024 * 1024, QLatin1Char('x')));
+        Q_EMIT dataUpdate({record, record, record}, {SocialGenericData::Description});
     }
 
     void tell(const QString &text)

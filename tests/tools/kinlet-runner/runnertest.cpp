@@ -1,91 +1,21 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-#include "dbus/kinletrunnerinterface.h"
+#include "probetest.h"
+
 #include "dbus/payload.h"
-#include "records/valuetypes.h"
 #include "requests/socialgetpersonsrequest.h"
 
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
-#include <QDBusMessage>
-#include <QDBusPendingCallWatcher>
-#include <QFile>
-#include <QProcess>
-#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QTest>
+#include <QtTest>
 
 #include <csignal>
 
-namespace {
-
-constexpr int Patience = 60000;
-const QString probe = QStringLiteral("com.orvane.kinlet.probe");
-
-// What the tool says and how it ends.
-struct Outcome {
-    int code;
-    QString output;
-    QString errors;
-};
-
-Outcome run(const QStringList &arguments, const QProcessEnvironment &environment)
-{
-    QProcess process;
-    process.setProcessEnvironment(environment);
-    process.start(QStringLiteral(KINLET_RUNNER), arguments);
-    if (!process.waitForFinished(Patience))
-        qFatal("kinlet-runner does not end");
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
-
-QProcessEnvironment environment(const QString &variable = {}, const QString &value = {})
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert(QStringLiteral("KINLET_PLUGIN_PATH"), QStringLiteral(KINLET_PROBE_FOLDER));
-    if (!variable.isEmpty())
-        environment.insert(variable, value);
-    return environment;
-}
-
-QByteArray personsRequest(const QString &account)
-{
-    SocialGetPersonsRequest request;
-    request.setPerformOnAccountsFilter({account});
-    return Payload::write(request);
-}
-
-bool isOwned(const QString &name)
-{
-    return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
-}
-
-QString recordText(const QVariantList &arguments)
-{
-    SocialGenericData record;
-    Payload::read(arguments.at(0).toList().value(0).toByteArray(), record);
-    return record.description();
-}
-
-}
-
-class RunnerTest : public QObject {
+class RunnerTest : public ProbeTest {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void init();
-    void cleanup();
-
-    void exitCodes_data();
-    void exitCodes();
-    void listsPlugins();
-    void helpAndVersion();
-    void nameTaken();
-    void invalidNames();
     void servesByFile();
     void metaData();
     void answers_data();
@@ -96,152 +26,13 @@ private Q_SLOTS:
     void refusals();
     void errorsAreSentBeside();
     void pushes();
+    void largePushIsDivided();
     void answerGoesToTheCallerOnly();
     void answerTooLargeForTheBus();
     void callerLeaves();
-    void terminated_data();
-    void terminated();
-    void providerGoesBeforeTheApplication();
-    void idleExit();
-    void busyIsNotIdle();
-    void providerErrorInitialisesAnew();
-    void busGoesAway();
-
-private:
-    void start(const QStringList &arguments);
-    QVariantList ask(const QString &account, const QString &id = QStringLiteral("id"));
-
-    std::unique_ptr<QProcess> m_process;
-    std::unique_ptr<KinletRunnerInterface> m_client;
+    void callerLeavesAtOnce();
+    void stoppedRequestIsCancelled();
 };
-
-void RunnerTest::initTestCase()
-{
-    KinletInitializer::init();
-}
-
-void RunnerTest::init()
-{
-    m_client = std::make_unique<KinletRunnerInterface>(probe, QStringLiteral("/probe"),
-                                                       QDBusConnection::sessionBus(), nullptr);
-}
-
-void RunnerTest::cleanup()
-{
-    m_client.reset();
-    if (m_process) {
-        m_process->terminate();
-        QVERIFY(m_process->state() == QProcess::NotRunning || m_process->waitForFinished(Patience));
-        m_process.reset();
-    }
-    QTRY_VERIFY_WITH_TIMEOUT(!isOwned(probe), Patience);
-}
-
-void RunnerTest::start(const QStringList &arguments)
-{
-    m_process = std::make_unique<QProcess>();
-    m_process->setProcessEnvironment(environment());
-    m_process->start(QStringLiteral(KINLET_RUNNER), arguments);
-    QTRY_VERIFY_WITH_TIMEOUT(isOwned(probe), Patience);
-}
-
-// Sends a request and waits for its answer: the arguments of requestFinished.
-QVariantList RunnerTest::ask(const QString &account, const QString &id)
-{
-    QSignalSpy finished(m_client.get(),
-                        SIGNAL(requestFinished(int, QString, QByteArray, QByteArray)));
-    m_client->performRequest(SocialDataRequest::GetPersons, id, personsRequest(account));
-    if (!finished.wait(Patience))
-        return {};
-    return finished.at(0);
-}
-
-void RunnerTest::exitCodes_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("bus");
-    QTest::addColumn<int>("code");
-    QTest::addColumn<QString>("says");
-
-    const QString bus = qEnvironmentVariable("DBUS_SESSION_BUS_ADDRESS");
-    const auto text = [](const char *text) { return QString::fromLatin1(text); };
-    QTest::newRow("nothing named") << QStringList() << bus << 2 << text("name one provider");
-    QTest::newRow("two named") << QStringList({text("a"), text("b")}) << bus << 2
-                               << text("name one provider");
-    QTest::newRow("unknown option")
-        << QStringList({text("--no-such-option"), text("probe")}) << bus << 2 << text("--help");
-    for (const char *seconds : {"0", "-1", "x", "99999999999"})
-        QTest::addRow("idle %s", seconds)
-            << QStringList({text("--idle-exit=") + text(seconds), text("probe")}) << bus << 2
-            << text("--idle-exit");
-    QTest::newRow("unknown name") << QStringList(text("nobody")) << bus << 3
-                                  << text("no provider named 'nobody'");
-    QTest::newRow("no such file") << QStringList(text("/no/such/file.so")) << bus << 3
-                                  << text("/no/such/file.so");
-    QTest::newRow("text file") << QStringList(text(KINLET_PROBE_FOLDER "/text.so")) << bus << 3
-                               << text("cannot be loaded");
-    QTest::newRow("no bus") << QStringList(text("probe")) << text("unix:path=/no/such/bus") << 5
-                            << text("no session bus");
-}
-
-void RunnerTest::exitCodes()
-{
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, bus);
-    QFETCH(int, code);
-    QFETCH(QString, says);
-
-    QFile text(QStringLiteral(KINLET_PROBE_FOLDER "/text.so"));
-    QVERIFY(text.open(QIODevice::WriteOnly));
-    text.write("no plug-in");
-    text.close();
-    const Outcome outcome =
-        run(arguments, environment(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), bus));
-    text.remove();
-    QCOMPARE(outcome.code, code);
-    QVERIFY2(outcome.errors.contains(says), qPrintable(outcome.errors));
-    QCOMPARE(outcome.errors.count(QLatin1Char('\n')), 1);
-}
-
-void RunnerTest::listsPlugins()
-{
-    const Outcome some = run({QStringLiteral("--list")}, environment());
-    QCOMPARE(some.code, 0);
-    QVERIFY2(some.output.contains(QRegularExpression(QStringLiteral("probe +/.*probe\\.so"))),
-             qPrintable(some.output));
-    const Outcome none =
-        run({QStringLiteral("--list")},
-            environment(QStringLiteral("KINLET_PLUGIN_PATH"), QStringLiteral("/no/folder")));
-    QCOMPARE(none.code, 0);
-    QVERIFY(none.output.contains(QStringLiteral("/no/folder")));
-}
-
-void RunnerTest::helpAndVersion()
-{
-    const Outcome help = run({QStringLiteral("--help")}, environment());
-    QCOMPARE(help.code, 0);
-    for (const char *word : {"--list", "--idle-exit", "NAME|FILE.so", "KINLET_PLUGIN_PATH"})
-        QVERIFY2(help.output.contains(QLatin1String(word)), word);
-    const Outcome version = run({QStringLiteral("--version")}, environment());
-    QCOMPARE(version.code, 0);
-    QCOMPARE(version.output, QStringLiteral("kinlet-runner 0.1.0\n"));
-}
-
-void RunnerTest::nameTaken()
-{
-    start({QStringLiteral("probe")});
-    const Outcome second = run({QStringLiteral("probe")}, environment());
-    QCOMPARE(second.code, 6);
-    QVERIFY(second.errors.contains(probe));
-    QVERIFY(isOwned(probe));
-}
-
-void RunnerTest::invalidNames()
-{
-    const Outcome outcome = run({QStringLiteral(KINLET_BAD_NAME_PLUGIN)}, environment());
-    QCOMPARE(outcome.code, 4);
-    QVERIFY2(outcome.errors.contains(QStringLiteral("'bad-name.x'")), qPrintable(outcome.errors));
-}
 
 void RunnerTest::servesByFile()
 {
@@ -390,6 +181,20 @@ void RunnerTest::pushes()
     QCOMPARE(person.className(), SocialNetworkPerson::ClassName);
 }
 
+// The bus carries no message of any size.
+void RunnerTest::largePushIsDivided()
+{
+    start({QStringLiteral("probe")});
+    QSignalSpy data(m_client.get(), SIGNAL(dataUpdate(QVariantList, QStringList)));
+    ask(QStringLiteral("probe-flooding"));
+    QTRY_COMPARE_WITH_TIMEOUT(data.count(), 3, Patience);
+    for (const QVariantList &arguments : std::as_const(data)) {
+        QCOMPARE(int(arguments.at(0).toList().size()), 1);
+        QCOMPARE(int(recordText(arguments).size()), 5 * 1024 * 1024);
+        QCOMPARE(arguments.at(1).toStringList(), QStringList(SocialGenericData::Description));
+    }
+}
+
 void RunnerTest::answerGoesToTheCallerOnly()
 {
     start({QStringLiteral("probe")});
@@ -445,96 +250,37 @@ void RunnerTest::callerLeaves()
     QCOMPARE(told.count(), 2);
 }
 
-void RunnerTest::terminated_data()
+void RunnerTest::callerLeavesAtOnce()
 {
-    QTest::addColumn<int>("signalNumber");
-    QTest::newRow("SIGTERM") << SIGTERM;
-    QTest::newRow("SIGINT") << SIGINT;
-}
-
-void RunnerTest::terminated()
-{
-    QFETCH(int, signalNumber);
-
     start({QStringLiteral("probe")});
     QSignalSpy told(m_client.get(), SIGNAL(dataUpdate(QVariantList, QStringList)));
-    m_client->performRequest(5, QStringLiteral("a"), personsRequest(QStringLiteral("probe-never")))
-        .waitForFinished();
-    QVERIFY(!ask(QStringLiteral("probe-now")).isEmpty());
-    ::kill(pid_t(m_process->processId()), signalNumber);
-    QVERIFY(m_process->waitForFinished(Patience));
-    QCOMPARE(m_process->exitStatus(), QProcess::NormalExit);
-    QCOMPARE(m_process->exitCode(), 0);
-    QVERIFY(!isOwned(probe));
-    QCOMPARE(m_process->readAllStandardError(), QByteArray());
+    QStringList bytes;
+    const QByteArray request = personsRequest(QStringLiteral("probe-never"));
+    for (const char byte : request)
+        bytes.append(QString::number(uchar(byte)));
+    // The runner gets the call of somebody who is there no more.
+    ::kill(pid_t(m_process->processId()), SIGSTOP);
+    const int sent = QProcess::execute(
+        QStringLiteral("dbus-send"),
+        {QStringLiteral("--session"), QStringLiteral("--dest=") + probe, QStringLiteral("/probe"),
+         QStringLiteral("--type=method_call"),
+         QStringLiteral("com.orvane.kinlet.runner.performRequest"), QStringLiteral("int32:5"),
+         QStringLiteral("string:a"), QStringLiteral("array:byte:") + bytes.join(QLatin1Char(','))});
+    ::kill(pid_t(m_process->processId()), SIGCONT);
+    QCOMPARE(sent, 0);
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, Patience);
+    QCOMPARE(recordText(told.at(0)), QStringLiteral("cancelled 5"));
 }
 
-// The local provider holds a database, which cannot be closed after the application.
-void RunnerTest::providerGoesBeforeTheApplication()
-{
-    const QString local = QStringLiteral("com.orvane.kinlet.local");
-    QProcess runner;
-    runner.setProcessEnvironment(environment());
-    runner.start(QStringLiteral(KINLET_RUNNER), {QStringLiteral(KINLET_LOCAL_PLUGIN)});
-    QTRY_VERIFY_WITH_TIMEOUT(isOwned(local), Patience);
-    runner.terminate();
-    QVERIFY(runner.waitForFinished(Patience));
-    QCOMPARE(runner.exitStatus(), QProcess::NormalExit);
-    QCOMPARE(runner.exitCode(), 0);
-}
-
-void RunnerTest::idleExit()
-{
-    start({QStringLiteral("--idle-exit"), QStringLiteral("1"), QStringLiteral("probe")});
-    QVERIFY(!ask(QStringLiteral("probe-now")).isEmpty());
-    QVERIFY(m_process->waitForFinished(Patience));
-    QCOMPARE(m_process->exitCode(), 0);
-}
-
-void RunnerTest::busyIsNotIdle()
-{
-    start({QStringLiteral("--idle-exit"), QStringLiteral("1"), QStringLiteral("probe")});
-    m_client->performRequest(5, QStringLiteral("a"), personsRequest(QStringLiteral("probe-never")))
-        .waitForFinished();
-    // Longer than the idle time: the request that is being served keeps the process.
-    QTest::qWait(2500);
-    QCOMPARE(m_process->state(), QProcess::Running);
-}
-
-void RunnerTest::providerErrorInitialisesAnew()
+// The provider may go on with it otherwise, and it is deleted.
+void RunnerTest::stoppedRequestIsCancelled()
 {
     start({QStringLiteral("probe")});
-    QVERIFY(!ask(QStringLiteral("probe-broken")).isEmpty());
-    QDBusPendingReply<QVariantMap> reply = m_client->metaData();
-    reply.waitForFinished();
-    QCOMPARE(reply.value().value(QStringLiteral("initialised")).toInt(), 2);
-    m_process->setReadChannel(QProcess::StandardError);
-    QTRY_VERIFY_WITH_TIMEOUT(m_process->canReadLine(), Patience);
-    QCOMPARE(m_process->readLine(), QByteArray("probe: broken: as asked\n"));
-}
-
-void RunnerTest::busGoesAway()
-{
-    QProcess bus;
-    bus.start(QStringLiteral("dbus-daemon"),
-              {QStringLiteral("--session"), QStringLiteral("--nofork"),
-               QStringLiteral("--print-address")});
-    QVERIFY(bus.waitForReadyRead(Patience));
-    const QString address = QString::fromUtf8(bus.readLine()).trimmed();
-    QProcess runner;
-    runner.setProcessEnvironment(environment(QStringLiteral("DBUS_SESSION_BUS_ADDRESS"), address));
-    runner.start(QStringLiteral(KINLET_RUNNER), {QStringLiteral("probe")});
-    {
-        const QDBusConnection connection =
-            QDBusConnection::connectToBus(address, QStringLiteral("doomed"));
-        QTRY_VERIFY_WITH_TIMEOUT(connection.interface()->isServiceRegistered(probe), Patience);
-    }
-    QDBusConnection::disconnectFromBus(QStringLiteral("doomed"));
-    bus.kill();
-    QVERIFY(bus.waitForFinished(Patience));
-    QVERIFY(runner.waitForFinished(Patience));
-    QCOMPARE(runner.exitCode(), 1);
-    QVERIFY(runner.readAllStandardError().contains("the session bus went away"));
+    QSignalSpy told(m_client.get(), SIGNAL(dataUpdate(QVariantList, QStringList)));
+    QVERIFY(!ask(QStringLiteral("probe-now")).isEmpty());
+    QVERIFY(!ask(QStringLiteral("probe-stopped")).isEmpty());
+    QTRY_COMPARE_WITH_TIMEOUT(told.count(), 1, Patience);
+    QCOMPARE(recordText(told.at(0)), QStringLiteral("cancelled 5"));
 }
 
 QTEST_GUILESS_MAIN(RunnerTest)
