@@ -309,6 +309,14 @@ void CliActionsTest::errorsWhileLooking()
              QStringLiteral("kinlet: birch: InvalidRequest: no such activity\n"
                             "kinlet: no activity with the id \"nothing\" was found\n"));
     QCOMPARE(missing.code, 1);
+
+    // Neither that somebody does not know it nor that he cannot know any is an error then.
+    other.addProvider(QStringLiteral("alder"), twoAccounts);
+    other.addProvider(QStringLiteral("cedar"), json(R"({'accounts': [{'Id': 'c1'}],
+        'errors': {'activities': [[1, 'no activities here']]}})"));
+    const Ended elsewhere = other.run(words("like s1"));
+    QCOMPARE(elsewhere.err, QString());
+    QCOMPARE(elsewhere.code, 0);
 }
 
 void CliActionsTest::likers()
