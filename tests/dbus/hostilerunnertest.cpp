@@ -6,7 +6,7 @@
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -7,7 +7,7 @@
 #include "manager/managerinternals.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

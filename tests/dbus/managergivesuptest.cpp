@@ -7,7 +7,7 @@
 #include "dbus/tworunners.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "dbus/tworunners.h"
 
 #include <QRegularExpression>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

@@ -4,9 +4,10 @@
 #include "dbus/proxiedrunner.h"
 #include "requests/socialgetactivitiesrequest.h"
 
+#include <QDataStream>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 /// What the answers of a runner do to the requests that wait for them.
 class ProxyAnswersTest : public QObject {

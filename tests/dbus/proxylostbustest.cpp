@@ -6,7 +6,7 @@
 
 #include <QProcess>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

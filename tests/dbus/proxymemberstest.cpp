@@ -9,8 +9,8 @@
 #include <QFile>
 #include <QMetaMethod>
 #include <QPointer>
+#include <QTest>
 #include <QXmlStreamReader>
-#include <QtTest>
 
 namespace {
 

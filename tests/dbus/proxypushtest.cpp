@@ -7,8 +7,8 @@
 
 #include <QRegExp>
 #include <QSignalSpy>
+#include <QTest>
 #include <QThread>
-#include <QtTest>
 
 namespace {
 

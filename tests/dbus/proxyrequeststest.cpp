@@ -12,7 +12,7 @@
 #include <QRegularExpression>
 #include <QSharedPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include <QDBusServiceWatcher>
 #include <QPointer>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 namespace {
 

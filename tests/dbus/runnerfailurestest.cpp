@@ -4,7 +4,7 @@
 #include "dbus/proxiedrunner.h"
 
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 /// Runners that die or hang: nobody but whoever waits for them notices.
 class RunnerFailuresTest : public QObject {
@@ -41,7 +41,7 @@ void RunnerFailuresTest::killed()
             served.runner.kill();
         else
             served.runner.dieAnswering(served.id, id,
-                                   personsAnswer({QString(5000000, QLatin1Char('x'))}));
+                                       personsAnswer({QString(5000000, QLatin1Char('x'))}));
     }
 
     // Another runner serves on, and one of the same name answers the next request.

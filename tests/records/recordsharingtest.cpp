@@ -3,8 +3,8 @@
 
 #include "records/socialgenericdata.h"
 
-#include <QThread>
 #include <QTest>
+#include <QThread>
 
 #include <atomic>
 #include <cstdlib>

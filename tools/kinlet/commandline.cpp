@@ -287,7 +287,10 @@ CommandLine parseCommandLine(const QStringList &arguments)
     QCommandLineParser parser;
     parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     for (const OptionText &option : optionTexts) {
-        QCommandLineOption known(fromLatin(option.name));
+        QStringList names(fromLatin(option.name));
+        if (names.first() == QLatin1String("help"))
+            names.append(QStringLiteral("h"));
+        QCommandLineOption known(names);
         if (option.value)
             known.setValueName(fromLatin(option.value));
         parser.addOption(known);

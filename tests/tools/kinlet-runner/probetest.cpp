@@ -8,7 +8,8 @@
 #include "requests/socialgetpersonsrequest.h"
 
 #include <QDBusConnectionInterface>
-#include <QtTest>
+#include <QSignalSpy>
+#include <QTest>
 
 const QString probe = QStringLiteral("com.orvane.kinlet.probe");
 

@@ -5,8 +5,9 @@
 
 #include <QDBusConnectionInterface>
 #include <QFile>
+#include <QRegularExpression>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

@@ -8,7 +8,7 @@
 
 #include <QDBusConnection>
 #include <QSignalSpy>
-#include <QtTest>
+#include <QTest>
 
 #include <csignal>
 

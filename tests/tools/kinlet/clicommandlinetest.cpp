@@ -255,6 +255,7 @@ void CliCommandLineTest::informationNeedsNoCommand_data()
 {
     QTest::addColumn<QString>("begins");
     QTest::newRow("--help") << QStringLiteral("Usage: kinlet COMMAND");
+    QTest::newRow("-h") << QStringLiteral("Usage: kinlet COMMAND");
     QTest::newRow("post --help") << QStringLiteral("Usage: kinlet COMMAND");
     QTest::newRow("--version") << QStringLiteral("kinlet 0.");
 }
