@@ -65,18 +65,6 @@ QStringList describedMembers(const QString &fileName, QString &interface)
     return members;
 }
 
-// Adds a virtual function, which takes the next free place.
-template <typename Class>
-class Extended : public Class {
-public:
-    virtual void next() { }
-};
-
-class OpenObject : public QObject {
-public:
-    using QObject::disconnectNotify;
-};
-
 // Notes which of its signals are connected.
 class ListenedTo : public KinletRunnerInterface {
 public:

@@ -35,13 +35,6 @@ void makeActivatable(const QString &busName)
     TestBus::makeActivatable(busName, KINLET_FAKE_RUNNER " " + busName.toUtf8());
 }
 
-// Adds one virtual function after those of the repository.
-class Extended : public SocialDBusPluginRepository {
-public:
-    using SocialDBusPluginRepository::SocialDBusPluginRepository;
-    virtual void next() { }
-};
-
 }
 
 /// Which runners become plug-ins.
@@ -102,7 +95,7 @@ void RepositoryTest::membersOfTheRepository()
     QCOMPARE(slotOf(&SocialDBusPluginRepository::removePlugin), first + 1);
     QCOMPARE(slotOf(&SocialDBusPluginRepository::plugin), first + 2);
     QCOMPARE(slotOf(&SocialDBusPluginRepository::kinletPlugin), first + 3);
-    QCOMPARE(slotOf(&Extended::next), first + 4);
+    QCOMPARE(slotOf(&Extended<SocialDBusPluginRepository>::next), first + 4);
 
     const QObject parent;
     const auto *child = new SocialDBusPluginRepository(const_cast<QObject *>(&parent));

@@ -15,11 +15,6 @@ namespace {
 const QString a = QStringLiteral("a");
 const QString x = QStringLiteral("x");
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
 template <typename Record>
 QStringList ids(const QList<Record> &records)
 {

@@ -15,11 +15,6 @@
 
 namespace {
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
 /// Reads a value of a type that the program is told by name, as one arrives from another process.
 QVariant readImportProgress()
 {

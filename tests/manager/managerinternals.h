@@ -20,6 +20,16 @@ struct ManagerInternals {
 KinletManagerPrivate *internalsOf(const KinletManager *manager);
 template struct ManagerInternals<&KinletManager::d>;
 
+inline KinletManager *manager()
+{
+    return KinletManager::instance();
+}
+
+inline SocialPluginRepository *repository()
+{
+    return internalsOf(manager())->pluginRepository;
+}
+
 /// Calls the slot that ends start-up.
 inline bool forceInitialized(KinletManager *manager)
 {

@@ -24,16 +24,6 @@ const QString a = QStringLiteral("a");
 const QString aHeld = QStringLiteral("a-held");
 const QString bHeld = QStringLiteral("b-held");
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
-SocialPluginRepository *repository()
-{
-    return internalsOf(manager())->pluginRepository;
-}
-
 }
 
 /// The manager with plug-ins that come and go.

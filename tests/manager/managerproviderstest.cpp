@@ -17,11 +17,6 @@ namespace {
 const QString a = QStringLiteral("a");
 const QString b = QStringLiteral("b");
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
 /// Shows who listens to it, and may change its name.
 class WatchedProvider : public ScriptedProvider {
 public:

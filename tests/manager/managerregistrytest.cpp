@@ -11,11 +11,6 @@ namespace {
 const QString a = QStringLiteral("a");
 const QString x = QStringLiteral("x");
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
 template <typename Record>
 Record record(const QString &id, const QString &remark)
 {

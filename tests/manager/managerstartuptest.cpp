@@ -20,11 +20,6 @@ namespace {
 constexpr int services = SocialDataRequest::GetAggregatedServices;
 constexpr int accounts = SocialDataRequest::GetAccounts;
 
-KinletManager *manager()
-{
-    return KinletManager::instance();
-}
-
 /// Lets a provider that holds its requests answer one.
 bool answer(const QString &name, int type)
 {

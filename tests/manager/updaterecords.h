@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "manager/kinletmanager.h"
+#include "managerinternals.h"
 
 #include <QStringList>
 #include <QVariant>
@@ -12,11 +12,6 @@ const QString accountId = QStringLiteral("account");
 const QString serviceId = QStringLiteral("service");
 const QString stateKey = QStringLiteral("State");
 const QString progressKey = QStringLiteral("ImportProgress");
-
-inline KinletManager *manager()
-{
-    return KinletManager::instance();
-}
 
 inline SocialServiceAccount importing(const QVariant &progress, const QString &id = accountId,
                                       const QString &service = serviceId)

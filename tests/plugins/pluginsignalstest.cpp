@@ -15,21 +15,6 @@
 
 #include <memory>
 
-namespace {
-
-template <typename Class>
-class Extended : public Class {
-public:
-    virtual void next() { }
-};
-
-class OpenObject : public QObject {
-public:
-    using QObject::disconnectNotify;
-};
-
-}
-
 /// What the loader tells, and how it is called.
 class PluginSignalsTest : public QObject {
     Q_OBJECT

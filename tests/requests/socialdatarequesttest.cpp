@@ -32,18 +32,6 @@ public:
     explicit CountedRequest(int *deletions) : SocialDataRequest(new CountedPrivate(deletions)) { }
 };
 
-// With one virtual function more than the class it extends.
-template <typename Class>
-class Extended : public Class {
-public:
-    virtual void next() { }
-};
-
-class OpenObject : public QObject {
-public:
-    using QObject::disconnectNotify;
-};
-
 KinletError error(KinletError::Type type)
 {
     return KinletError(type, QStringLiteral("words"));

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QObject>
+
 #include <cstddef>
 #include <cstring>
 
@@ -21,3 +23,16 @@ int slotOf(Function function)
     std::memcpy(parts, &function, sizeof(parts));
     return int(parts[0] / std::ptrdiff_t(sizeof(void *)));
 }
+
+/// Adds a virtual function, which takes the next free place.
+template <typename Class>
+class Extended : public Class {
+public:
+    virtual void next() { }
+};
+
+/// For the place of the last virtual function of QObject.
+class OpenObject : public QObject {
+public:
+    using QObject::disconnectNotify;
+};
