@@ -132,10 +132,11 @@ void RunnerHost::onFinished(SocialDataRequest *request)
         // The provider may go on with what it has only stopped. It is told once it has reported.
         QMetaObject::invokeMethod(
             this, [this, request] { abandon(request); }, Qt::QueuedConnection);
-    forgetCaller(job.caller);
     Q_EMIT used();
 }
 
+// From its first request until it leaves the bus: to watch it for each request alone would cost two
+// messages a request.
 void RunnerHost::watchCaller(const QString &caller)
 {
     if (m_callers.watchedServices().contains(caller))
@@ -152,24 +153,18 @@ void RunnerHost::watchCaller(const QString &caller)
     });
 }
 
-void RunnerHost::forgetCaller(const QString &caller)
-{
-    for (const Job &job : std::as_const(m_jobs)) {
-        if (job.caller == caller)
-            return;
-    }
-    m_callers.removeWatchedService(caller);
-}
-
 void RunnerHost::onCallerGone(const QString &caller)
 {
+    m_callers.removeWatchedService(caller);
     const QList<SocialDataRequest *> requests = m_jobs.keys();
+    const int before = int(m_jobs.size());
     for (SocialDataRequest *request : requests) {
         if (m_jobs.value(request).caller == caller)
             cancel(request);
     }
-    m_callers.removeWatchedService(caller);
-    Q_EMIT used();
+    // Who leaves with nothing open has not asked again.
+    if (int(m_jobs.size()) != before)
+        Q_EMIT used();
 }
 
 // The provider may end other requests while it is told, or this one.

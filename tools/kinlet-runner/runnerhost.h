@@ -64,7 +64,6 @@ private:
     void cancel(SocialDataRequest *request);
     void abandon(SocialDataRequest *request);
     void watchCaller(const QString &caller);
-    void forgetCaller(const QString &caller);
 
     KinletInterface *const m_provider;
     const QString m_name;
