@@ -96,6 +96,7 @@ std::vector<QDBusPendingCall> callAll(Work &work, const QList<QDBusMessage> &cal
     if (work.interrupt.happened() && work.report.exitCode() == Done)
         work.report.failure(QStringLiteral("interrupted"));
     std::vector<QDBusPendingCall> results;
+    results.reserve(replies.size());
     for (const auto &reply : replies)
         results.push_back(*reply);
     return results;
