@@ -4,13 +4,17 @@
 #include "dbus/patternguard.h"
 
 #include <QRegExp>
+#include <QtAlgorithms>
+
+#include <utility>
 
 namespace {
 
 constexpr int LongestPattern = 1000;
 constexpr int DeepestGroup = 20;
 constexpr int LargestRepetition = 1000;
-constexpr int MostLookaheads = 20;
+// QRegExp loses the memory of further ones.
+constexpr int MostLookaheads = 13;
 
 // Takes a pattern apart as QRegExp's parser does, which goes on after an error: it passes over the
 // wrong character, whatever that is, and what follows still counts.
@@ -30,7 +34,9 @@ private:
     void escape();
     void set();
     void group();
-    void repetition();
+    void lookahead();
+    void groupEnd();
+    void repetition(bool afterGroup);
 
     const QString &m_pattern;
     int m_position = 0;
@@ -39,7 +45,13 @@ private:
     qint64 m_atoms = 0;
     qint64 m_captures = 0;
     int m_lookaheads = 0;
+    // One bit for each depth at which a look-ahead is open.
+    quint32 m_openLookaheads = 0;
+    int m_doublings = 0;
     bool m_branches = false;
+    // How often groups may be repeated, and whether the last character ended one.
+    int m_groupCopies = 1;
+    bool m_isGroupEnd = false;
 };
 
 // Decimal digits; more than LargestRepetition stands for all that is.
@@ -92,12 +104,29 @@ void PatternScan::group()
         return;
     ++m_position;
     if (isAt('=') || isAt('!'))
-        ++m_lookaheads;
+        lookahead();
     ++m_position;
 }
 
+// What it encloses may be read twice, and so again for each that it encloses. It is tried at every
+// character of a text, and what it encloses at every character from there.
+void PatternScan::lookahead()
+{
+    constexpr int doublingsByText = 4;
+    ++m_lookaheads;
+    m_doublings += 1 + doublingsByText * int(qPopulationCount(m_openLookaheads));
+    m_openLookaheads |= 1U << m_depth;
+}
+
+void PatternScan::groupEnd()
+{
+    m_openLookaheads &= ~(1U << m_depth);
+    m_depth = qMax(0, m_depth - 1);
+    m_isGroupEnd = true;
+}
+
 // The rest of "{n}", "{n,}", "{,m}" or "{n,m}".
-void PatternScan::repetition()
+void PatternScan::repetition(bool afterGroup)
 {
     ++m_captures;
     int largest = number();
@@ -108,11 +137,15 @@ void PatternScan::repetition()
     }
     ++m_position;
     m_repetitions = qMin(m_repetitions * qMax(1, largest), LargestRepetition + 1);
+    // When the text of a look-ahead is wrong, what repeats its first part repeats the look-ahead.
+    if (afterGroup || m_openLookaheads != 0)
+        m_groupCopies = qMin(m_groupCopies * qMax(1, largest), LargestRepetition + 1);
 }
 
 bool PatternScan::run()
 {
     while (m_position < m_pattern.size()) {
+        const bool afterGroup = std::exchange(m_isGroupEnd, false);
         switch (m_pattern.at(m_position++).unicode()) {
         case '\\':
             escape();
@@ -124,10 +157,10 @@ bool PatternScan::run()
             group();
             break;
         case ')':
-            m_depth = qMax(0, m_depth - 1);
+            groupEnd();
             break;
         case '{':
-            repetition();
+            repetition(afterGroup);
             break;
         case '*':
         case '?':
@@ -141,20 +174,24 @@ bool PatternScan::run()
             ++m_atoms;
             break;
         }
-        if (m_depth > DeepestGroup || m_repetitions > LargestRepetition)
+        if (m_depth > DeepestGroup || m_repetitions > LargestRepetition
+            || m_lookaheads * m_groupCopies > MostLookaheads)
             return false;
     }
     return true;
 }
 
 // Parts that can be left out connect each state with all others. Every state keeps all captures,
-// and with greedy repetitions each copy of one captures on its own. What a look-ahead encloses may
-// be read twice, and so again for each that it encloses.
+// and with greedy repetitions each copy of one captures on its own.
 qint64 PatternScan::cost(bool greedy) const
 {
     const qint64 states = m_atoms * m_repetitions;
     const qint64 captures = greedy ? m_captures * m_repetitions : m_captures;
-    return (states * ((m_branches ? states : 1) + captures)) << qMin(m_lookaheads, MostLookaheads);
+    // Together they do not overflow.
+    constexpr qint64 tooMuch = qint64(1) << 40;
+    constexpr int mostDoublings = 20;
+    const qint64 cost = states * ((m_branches ? states : 1) + captures);
+    return qMin(cost, tooMuch) << qMin(m_doublings, mostDoublings);
 }
 
 // Whether the name of a property such as "\p{Lu}" is none: what the parser passes over as a name

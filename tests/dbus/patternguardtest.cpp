@@ -81,6 +81,17 @@ void PatternGuardTest::limits_data()
     row("groups in a negative set", latin("[^]") + repeated("(", 21) + latin("]"), true);
     row("groups after an escape in a set", latin("[\\]") + repeated("(", 21) + latin("]"), true);
     row("groups after a set", latin("[]]") + repeated("(", 21), false);
+    row("13 look-aheads", repeated("(?=)", 13), true);
+    row("14 look-aheads", repeated("(?=)", 14), false);
+    row("14 look-aheads of both kinds", repeated("(?=a)(?!b)", 7), false);
+    row("look-ahead 13 times", latin("(?=){13}"), true);
+    row("look-ahead 14 times", latin("(?=){14}"), false);
+    row("group with a look-ahead 14 times", latin("(a((?!b)c){7}){2}"), false);
+    row("group 14 times, then a look-ahead", latin("(a){14}(?=b)"), false);
+    row("character 14 times after a look-ahead", latin("(?=a)b{14}"), true);
+    row("repetition in a look-ahead", latin("(?=a{13})"), true);
+    row("repetition in a look-ahead that is wrong", latin("(?!a{14}b{x"), false);
+    row("groups without look-ahead", repeated("(?:a)", 14), true);
     row("repetition of 1000", latin("a{1000}"), true);
     row("repetition of 1001", latin("a{1001}"), false);
     row("of up to 1000", latin("a{0,1000}"), true);
@@ -150,6 +161,16 @@ void PatternGuardTest::costs_data()
     row("long plain text", repeated("*", 1000), 1000, QRegExp::FixedString);
     row("nested look-aheads", repeated("(?=", 19) + latin("a"), 0);
     row("some look-aheads", latin("(?=.*[a-z])(?!.*[0-9]).*"), 1000);
+    row("look-ahead in a look-ahead", latin("(?=.*(?=.*b))"), 1000);
+    row("one more inside", latin("(?=.*(?=.*(?=.*b)))"), 1);
+    row("many optional parts in a look-ahead", latin("(?=") + repeated("a?", 400) + latin(")"), 3);
+    row("many optional parts in an inner look-ahead",
+        latin("(?=(?=") + repeated("a?", 400) + latin("))"), 0);
+    row("look-aheads beside each other", latin("(?=a)(?!b)") + repeated("a?", 100) + latin("(?=c)"),
+        11);
+    row("too much to count",
+        repeated("(?=a)", 13) + repeated("\\9999", 70) + repeated("a", 400) + latin("{1000}"), 0,
+        QRegExp::RegExp2);
     row("reference to a group that is not there", latin("a\\65535"), 15);
     row("greedy", latin("(a+){1000}"), 0, QRegExp::RegExp2);
 }
