@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "requestfields.h"
+
+#include "dbus/kinletinterfaceproxy.h"
+#include "dbus/kinletrunnerinterface.h"
+#include "dbus/payload.h"
+#include "dbus/payloadguard.h"
+#include "requestkinds.h"
+
+#include <QDBusConnection>
+#include <QRegExp>
+
+/*
+ * What a runner sends, as the proxy reads it: one byte for the kind of the request that waits for
+ * the answer or for pushed records, then the answer, or a byte array for each record.
+ */
+
+namespace {
+
+constexpr int Kinds[] = {
+    SocialDataRequest::GenericRequest, SocialDataRequest::GetAggregatedServices,
+    SocialDataRequest::GetAccounts,    SocialDataRequest::GetPersons,
+    SocialDataRequest::GetActivities,  SocialDataRequest::PostActivities,
+    SocialDataRequest::LikeActivity,   SocialDataRequest::GetLikers};
+constexpr int KindCount = sizeof(Kinds) / sizeof(Kinds[0]);
+
+// As the two stream versions of the bus have it, of bytes that are safe.
+Reading readByQt(const QByteArray &bytes, int kind)
+{
+    Reading first;
+    for (const int choice : {0, 1}) {
+        const StreamForm form(static_cast<uint8_t>(choice));
+        Allowance allowance;
+        const QByteArray safe = bytes.left(safeRequestBytes(bytes, form.version, kind, allowance));
+        const Reading reading = readByQt(safe, kind, form);
+        if (reading.isClean(bytes))
+            return reading;
+        if (choice == 0)
+            first = reading;
+    }
+    return first;
+}
+
+void answer(const QByteArray &bytes, int kind)
+{
+    const Request waiting(makeRequest(kind));
+    SocialGenericData old(QStringLiteral("Old"));
+    old.setProperty(SocialGenericData::Id, 1);
+    waiting->setResults({old});
+    waiting->setPerformOnAccountsFilter({QStringLiteral("old")});
+    waiting->setRequestProgress(SocialDataRequest::Started,
+                                {KinletError(KinletError::NetworkFailed)});
+    int finished = 0;
+    QObject::connect(waiting.get(), &SocialDataRequest::finished, waiting.get(),
+                     [&finished] { ++finished; });
+
+    const bool isClean = Payload::read(bytes, *waiting);
+    checkRequest(*waiting, kind, bytes.size());
+    const Reading byQt = readByQt(bytes, kind);
+    check(isClean == byQt.isClean(bytes), "clean exactly if Qt's own readers end so");
+    check(fieldsOf(*waiting) == byQt.fields, "what Qt's own readers store");
+    check(finished == 0 && waiting->errors().size() == 1, "not told while it is read");
+
+    waiting->setRequestProgress(SocialDataRequest::Finished, waiting->errors());
+    check(finished == 1, "finished once");
+}
+
+// Without a bus: what a runner sends is emitted by hand.
+class PushedRecords {
+public:
+    PushedRecords()
+        : m_runner(new KinletRunnerInterface(QStringLiteral("com.orvane.kinlet.fuzzed"),
+                                             QStringLiteral("/fuzzed"),
+                                             QDBusConnection(QStringLiteral("none")), nullptr))
+        , m_proxy(m_runner, QStringLiteral("fuzzed"))
+    {
+        QObject::connect(&m_proxy, &KinletInterface::dataUpdate,
+                         [this](const QList<SocialGenericData> &records) {
+                             ++m_updates;
+                             m_records = int(records.size());
+                             m_values = countValues(records);
+                         });
+        QObject::connect(&m_proxy, &KinletInterface::personsUpdate,
+                         [this](const QList<SocialNetworkPerson> &persons) {
+                             ++m_updates;
+                             m_records = int(persons.size());
+                         });
+    }
+
+    void push(const QByteArray &bytes)
+    {
+        QVariantList message;
+        QDataStream in(bytes);
+        while (!in.atEnd()) {
+            QByteArray record;
+            in >> record;
+            message.append(record);
+        }
+        m_updates = 0;
+        Q_EMIT m_runner->dataUpdate(message, {});
+        check(m_updates == 1 && m_records == message.size(), "one record for each byte array");
+        check(m_values <= bytes.size(), "no more values than bytes");
+        Q_EMIT m_runner->personsUpdate(message, {});
+        check(m_updates == 2 && m_records == message.size(), "one person for each byte array");
+    }
+
+private:
+    KinletRunnerInterface *m_runner;
+    KinletInterfaceProxy m_proxy;
+    int m_updates = 0;
+    int m_records = 0;
+    qint64 m_values = 0;
+};
+
+}
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
+{
+    // Qt 6 reads patterns in properties only after that.
+    static const int patternType = qRegisterMetaType<QRegExp>("QRegExp");
+    Q_UNUSED(patternType)
+    static PushedRecords pushed;
+    if (size == 0)
+        return 0;
+    const QByteArray bytes = inputBytes(data + 1, size - 1);
+    const int choice = data[0] % (KindCount + 1);
+    if (choice < KindCount)
+        answer(bytes, Kinds[choice]);
+    else
+        pushed.push(bytes);
+    return 0;
+}
