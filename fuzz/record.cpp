@@ -20,12 +20,26 @@ struct Reading {
     qint64 position;
 };
 
-QByteArray sorted(const SocialGenericData &record)
+QByteArray sorted(const QString &className, const QMap<QString, QVariant> &properties)
 {
     QByteArray bytes;
     QDataStream out(&bytes, QIODevice::WriteOnly);
-    writeSorted(out, record);
+    out << className;
+    writeSorted(out, QVariant(properties));
     return bytes;
+}
+
+QByteArray sorted(const SocialGenericData &record)
+{
+    return sorted(record.className(), record.properties());
+}
+
+Reading readByKinlet(const QByteArray &bytes, const StreamForm &form, SocialGenericData &record)
+{
+    QDataStream in(bytes);
+    form.applyTo(in);
+    in >> record;
+    return {sorted(record), in.status(), in.device()->pos()};
 }
 
 // By Qt's own readers, which trust what they read.
@@ -36,11 +50,7 @@ Reading readByQt(const QByteArray &bytes, const StreamForm &form)
     QString className;
     QMap<QString, QVariant> properties;
     in >> className >> properties;
-    QByteArray record;
-    QDataStream out(&record, QIODevice::WriteOnly);
-    out << className;
-    writeSorted(out, QVariant(properties));
-    return {record, in.status(), in.device()->pos()};
+    return {sorted(className, properties), in.status(), in.device()->pos()};
 }
 
 }
@@ -52,18 +62,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     const StreamForm form(data[0]);
     const QByteArray bytes = inputBytes(data + 1, size - 1);
 
-    const auto read = [&form](const QByteArray &all, SocialGenericData &record) {
-        QDataStream in(all);
-        form.applyTo(in);
-        in >> record;
-        QByteArray sorted;
-        QDataStream out(&sorted, QIODevice::WriteOnly);
-        out << record.className();
-        writeSorted(out, QVariant(record.properties()));
-        return Reading{sorted, in.status(), in.device()->pos()};
-    };
     SocialGenericData record;
-    read(bytes, record);
+    readByKinlet(bytes, form, record);
     check(countValues({record}) <= bytes.size() + 1, "no more values than bytes");
 
     if (!form.isOfBus())
@@ -71,7 +71,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
     Allowance allowance;
     const QByteArray safe = bytes.left(safeRecordBytes(bytes, form.version, allowance));
     SocialGenericData safeRecord;
-    const Reading byKinlet = read(safe, safeRecord);
+    const Reading byKinlet = readByKinlet(safe, form, safeRecord);
     const Reading byQt = readByQt(safe, form);
     check(byKinlet.record == byQt.record, "what Qt's own readers store");
     check(byKinlet.status == byQt.status, "the status after Qt's own readers");
