@@ -11,6 +11,8 @@
 #include <QFile>
 #include <QTest>
 
+#include <csignal>
+
 namespace {
 
 QStringList words(const char *text)
@@ -81,7 +83,7 @@ void CliRunnersTest::cleanup()
         if (!name.startsWith(QLatin1String("com.orvane.kinlet.")))
             continue;
         const uint process = QDBusConnection::sessionBus().interface()->servicePid(name).value();
-        QProcess::execute(QStringLiteral("kill"), {QString::number(process)});
+        ::kill(pid_t(process), SIGTERM);
         QTRY_VERIFY_WITH_TIMEOUT(
             !QDBusConnection::sessionBus().interface()->isServiceRegistered(name), 60000);
     }
