@@ -61,6 +61,7 @@ function(kinlet_test name)
     add_executable(${name} ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE
         kinlet Qt${QT_VERSION_MAJOR}::Test ${arg_LIBRARIES})
+    target_precompile_headers(${name} REUSE_FROM kinlettestsupport)
     kinlet_test_moc(${name} ${arg_SOURCES})
     set(command $<TARGET_FILE:${name}>)
     if(arg_PACE)
