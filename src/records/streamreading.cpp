@@ -3,6 +3,8 @@
 
 #include "records/streamreading_p.h"
 
+#include "records/plainreading_p.h"
+
 #include <QHash>
 #include <QIODevice>
 #include <QMultiHash>
@@ -52,6 +54,7 @@ public:
     Q_DISABLE_COPY(Nesting)
 
     bool isTooDeep() const { return depth > DeepestNesting; }
+    static bool leavesRoom() { return depth < DeepestNesting; }
 
 private:
     static thread_local int depth;
@@ -71,6 +74,17 @@ public:
 
 void readVariant(QDataStream &in, QVariant &value);
 
+// Kinlet writes maps from the last key to the first.
+void insert(ValueMap &map, const QString &key, const QVariant &value)
+{
+    map.insert(map.cbegin(), key, value);
+}
+
+void insert(ValueHash &hash, const QString &key, const QVariant &value)
+{
+    hash.insert(key, value);
+}
+
 template <typename Map>
 void readMap(QDataStream &in, Map &map)
 {
@@ -78,16 +92,20 @@ void readMap(QDataStream &in, Map &map)
     map.clear();
     quint32 count = 0;
     in >> count;
+    PlainReader plain(in);
+    const bool leavesRoom = Nesting::leavesRoom();
     for (quint32 i = 0; i < count; ++i) {
         QString key;
         QVariant value;
-        in >> key;
-        readVariant(in, value);
+        if (!leavesRoom || !plain.readProperty(key, value)) {
+            in >> key;
+            readVariant(in, value);
+        }
         if (in.status() != QDataStream::Ok) {
             map.clear();
             return;
         }
-        map.insert(key, value);
+        insert(map, key, value);
     }
 }
 
@@ -97,6 +115,8 @@ struct Header {
     int type = 0;
     /// Bytes of the type, of the flag of a null value, and of a type that is told by its name.
     int size = 0;
+    /// Whether it is a type of somebody's own, and the value is not null.
+    bool isUserValue = false;
 };
 
 quint32 numberAt(const QDataStream &in, const char *bytes)
@@ -118,7 +138,9 @@ Header peekHeader(QDataStream &in)
         if (length > in.device()->bytesAvailable())
             return {};
         const QByteArray name = in.device()->peek(NameOffset + length).mid(NameOffset);
-        return {typeNamed(name.constData()), NameOffset + int(length)};
+        const int named = typeNamed(name.constData());
+        const bool isNull = start[PlainSize - 1] != 0;
+        return {named, NameOffset + int(length), named >= QMetaType::User && !isNull};
     }
     const bool isMoved = in.version() < QDataStream::Qt_5_0 && type >= 128;
     return {int(isMoved ? type - 97 : type), PlainSize};
@@ -179,6 +201,22 @@ void readContents(QDataStream &in, const Header &header, QVariant &value, Read r
     *static_cast<Container *>(const_cast<void *>(value.constData())) = contents;
 }
 
+// As Qt does, which would look for the type's name once more.
+void readUserValue(QDataStream &in, const Header &header, QVariant &value)
+{
+    in.skipRawData(header.size);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    value = QVariant(header.type, nullptr);
+    const bool isRead = QMetaType::load(in, header.type, value.data());
+#else
+    const QMetaType type(header.type);
+    value = QVariant(type);
+    const bool isRead = type.load(in, value.data());
+#endif
+    if (!isRead)
+        in.setStatus(QDataStream::ReadCorruptData);
+}
+
 void readVariant(QDataStream &in, QVariant &value)
 {
     const Nesting nesting;
@@ -229,7 +267,10 @@ void readVariant(QDataStream &in, QVariant &value)
             });
         break;
     default:
-        in >> value;
+        if (header.isUserValue)
+            readUserValue(in, header, value);
+        else
+            in >> value;
     }
 }
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-#include "records/socialgenericdata.h"
 #include "records/valuetypes.h"
-#include "support/streambytes.h"
+
+#include "readoutcome.h"
 
 #include <QBuffer>
 #include <QDate>
@@ -13,37 +13,6 @@
 #include <algorithm>
 
 namespace {
-
-struct Outcome {
-    QDataStream::Status status;
-    qint64 position;
-    QString className;
-    // As Qt writes them: unlike a comparison of values, it tells null values and types apart.
-    QByteArray properties;
-};
-
-bool operator==(const Outcome &left, const Outcome &right)
-{
-    return left.status == right.status && left.position == right.position
-        && left.className == right.className && left.properties == right.properties;
-}
-
-Outcome readByKinlet(const QByteArray &bytes, int version, QDataStream::ByteOrder order)
-{
-    ByteReader in(bytes, version, order);
-    SocialGenericData record;
-    in >> record;
-    return {in.status(), in.device()->pos(), record.className(), written(record.properties())};
-}
-
-Outcome readByQt(const QByteArray &bytes, int version, QDataStream::ByteOrder order)
-{
-    ByteReader in(bytes, version, order);
-    QString className;
-    QVariantMap properties;
-    in >> className >> properties;
-    return {in.status(), in.device()->pos(), className, written(properties)};
-}
 
 // What was read once is gone, as in a socket.
 class Pipe : public QIODevice {
