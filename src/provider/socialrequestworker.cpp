@@ -13,6 +13,7 @@
 #include <QHash>
 #include <QIODevice>
 #include <QMap>
+#include <QMetaMethod>
 #include <QMultiHash>
 #include <QPointer>
 #include <QSharedPointer>
@@ -28,8 +29,11 @@ struct SocialRequestJob {
     QMap<SocialDataRequest *, QSharedPointer<KinletInterface>> copyProviders;
     SocialDataRequest *callerRequest;
     QDateTime startTime;
-    bool done;
-    bool callerAlive;
+    bool done = false;
+    bool callerAlive = true;
+    // What has been merged last, and the lists of the copies that it was made of.
+    QList<SocialGenericData> results = {};
+    QList<QList<SocialGenericData>> parts = {};
 };
 
 class SocialRequestWorkerPrivate {
@@ -69,6 +73,27 @@ struct Dispatch {
     QPointer<SocialDataRequest> copy;
 };
 
+// Keeps what is still the same since the last time: the answer of one of many providers costs no
+// copy of all records.
+void mergeResults(SocialRequestJob &job)
+{
+    int same = 0;
+    int size = 0;
+    while (same < job.parts.size()
+           && job.parts.at(same).isSharedWith(job.copies.at(same)->results()))
+        size += int(job.parts.at(same++).size());
+    job.parts.erase(job.parts.begin() + same, job.parts.end());
+    if (size < job.results.size())
+        job.results.erase(job.results.begin() + size, job.results.end());
+    for (int i = same; i < job.copies.size(); ++i) {
+        job.parts.append(job.copies.at(i)->results());
+        if (job.results.isEmpty())
+            job.results = job.parts.last();
+        else
+            job.results += job.parts.last();
+    }
+}
+
 // For walks during which the job may go.
 QList<Dispatch> dispatchesOf(const SocialRequestJob &job)
 {
@@ -91,6 +116,12 @@ QMultiHash<QString, QString> accountsByProvider(const KinletManager *manager,
             accounts.insert(name, accountId);
     }
     return accounts;
+}
+
+QMetaMethod slotNamed(const char *signature)
+{
+    const QMetaObject &worker = SocialRequestWorker::staticMetaObject;
+    return worker.method(worker.indexOfSlot(signature));
 }
 
 }
@@ -116,7 +147,10 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
     const QList<QString> names =
         filter.isEmpty() ? manager->allProviderNames() : owned.uniqueKeys();
 
-    auto *job = new SocialRequestJob{{}, {}, request, QDateTime::currentDateTime(), false, true};
+    auto *job = new SocialRequestJob{{}, {}, request, QDateTime::currentDateTimeUtc()};
+    // The connections that SIGNAL() and SLOT() make, which would look for the names each time.
+    static const auto finished = QMetaMethod::fromSignal(&SocialDataRequest::finished);
+    static const auto onFinished = slotNamed("requestFinished(SocialDataRequest*)");
     for (const QString &name : names) {
         if (!manager->hasProvider(name))
             continue;
@@ -133,8 +167,7 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
         job->copies.append(copy);
         d->jobsByCopy.insert(copy, job);
         job->copyProviders.insert(copy, manager->provider(name));
-        connect(copy, SIGNAL(finished(SocialDataRequest *)), this,
-                SLOT(requestFinished(SocialDataRequest *)));
+        connect(copy, finished, this, onFinished);
     }
     d->jobsByRequest.insert(request, job);
     connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
@@ -194,16 +227,14 @@ SocialDataRequest *SocialRequestWorker::requestCopy(SocialDataRequest *request)
 // to be passed to deleteJob(), save after the time-out. Until then nothing else deletes it.
 bool SocialRequestWorker::processResults(SocialRequestJob *job)
 {
-    QList<SocialGenericData> results;
     QList<KinletError> errors;
     SocialDataRequest::Status status = SocialDataRequest::Finished;
     for (const SocialDataRequest *copy : std::as_const(job->copies)) {
         status = qMin(status, copy->status());
-        results += copy->results();
         errors += copy->errors();
     }
     if (status != SocialDataRequest::Finished
-        && job->startTime.secsTo(QDateTime::currentDateTime()) >= TimeoutSeconds) {
+        && job->startTime.secsTo(QDateTime::currentDateTimeUtc()) >= TimeoutSeconds) {
         // The text speaks of five seconds, the limit is sixty; both are known so.
         errors.append(KinletError(KinletError::ProviderTimeout,
                                   QStringLiteral("One of backends did not reply in 5 seconds")));
@@ -217,7 +248,14 @@ bool SocialRequestWorker::processResults(SocialRequestJob *job)
         job->done = true;
     }
     if (job->callerAlive) {
-        job->callerRequest->setResults(results);
+        // Its list is that of the job, and a list that is shared is copied when it grows.
+        job->callerRequest->setResults({});
+        mergeResults(*job);
+        job->callerRequest->setResults(job->results);
+        if (completed) {
+            job->results = {};
+            job->parts = {};
+        }
         job->callerRequest->setRequestProgress(status, errors);
     } else if (completed) {
         deleteJob(job);
@@ -242,7 +280,7 @@ void SocialRequestWorker::timeoutElapsed()
 {
     d->timeoutsDue = qMax(0, d->timeoutsDue - 1);
     const QPointer<SocialRequestWorker> self(this);
-    const QDateTime now = QDateTime::currentDateTime();
+    const QDateTime now = QDateTime::currentDateTimeUtc();
     const auto jobs = d->jobsByRequest;
     for (auto entry = jobs.cbegin(); entry != jobs.cend(); ++entry) {
         SocialRequestJob *const job = entry.value();
