@@ -7,6 +7,8 @@
 
 #include <QDataStream>
 
+#include <utility>
+
 class SocialGenericDataPrivate : public QSharedData {
 public:
     QString className;
@@ -46,6 +48,10 @@ QString SocialGenericData::className() const
 
 void SocialGenericData::setClassName(const QString &name)
 {
+    // A list of persons seen as a list of persons is to cost no copies.
+    const QString &current = std::as_const(d)->className;
+    if (name == current && name.isNull() == current.isNull())
+        return;
     d->className = name;
 }
 

@@ -102,4 +102,6 @@ KINLET_EXPORT QDataStream &operator<<(QDataStream &out, const SocialGenericData 
  */
 KINLET_EXPORT QDataStream &operator>>(QDataStream &in, SocialGenericData &record);
 
+// Lists that grow move their records instead of copying them.
+Q_DECLARE_TYPEINFO(SocialGenericData, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(SocialGenericData)

@@ -137,6 +137,10 @@ public:
     ~SocialServiceAccount() override;
 };
 
+Q_DECLARE_TYPEINFO(SocialNetworkPerson, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(SocialActivity, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(SocialService, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(SocialServiceAccount, Q_MOVABLE_TYPE);
 Q_DECLARE_METATYPE(SocialNetworkPerson)
 Q_DECLARE_METATYPE(SocialActivity)
 Q_DECLARE_METATYPE(SocialService)

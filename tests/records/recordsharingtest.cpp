@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
-#include "records/socialgenericdata.h"
+#include "records/typedrecords.h"
 
 #include <QTest>
 #include <QThread>
@@ -46,6 +46,7 @@ private Q_SLOTS:
     void sharesDataBetweenCopies();
     void readsWithoutCopying();
     void copiesDataForTheFirstWriteOnly();
+    void copiesNoDataForTheSameClassName();
     void freesDataWithItsLastCopy();
     void freesDataThatIsReplaced();
     void letsThreadsUseCopies();
@@ -120,6 +121,19 @@ void RecordSharingTest::copiesDataForTheFirstWriteOnly()
     const QString name = QStringLiteral("Other");
     QVERIFY(allocationsDuring([&] { copy.setClassName(name); }) > 0);
     QCOMPARE(allocationsDuring([&] { copy.setClassName(name); }), 0);
+}
+
+void RecordSharingTest::copiesNoDataForTheSameClassName()
+{
+    const SocialNetworkPerson person;
+    QCOMPARE(allocationsDuring([&] { SocialNetworkPerson{SocialGenericData(person)}; }), 0);
+    QVERIFY(allocationsDuring([&] { SocialActivity{SocialGenericData(person)}; }) > 0);
+    // Null and empty are two names: they are written as different bytes.
+    SocialGenericData record;
+    record.setClassName(QStringLiteral(""));
+    QVERIFY(!record.className().isNull());
+    record.setClassName(QString());
+    QVERIFY(record.className().isNull());
 }
 
 void RecordSharingTest::freesDataWithItsLastCopy()
