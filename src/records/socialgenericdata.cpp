@@ -123,7 +123,7 @@ QDataStream &operator<<(QDataStream &out, const SocialGenericData &record)
 QDataStream &operator>>(QDataStream &in, SocialGenericData &record)
 {
     QString className;
-    in >> className;
+    readTexts(in, className);
     QMap<QString, QVariant> properties;
     readVariantMap(in, properties);
     record.d->className = className;

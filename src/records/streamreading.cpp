@@ -98,7 +98,7 @@ void readMap(QDataStream &in, Map &map)
         QString key;
         QVariant value;
         if (!leavesRoom || !plain.readProperty(key, value)) {
-            in >> key;
+            readElement(in, key);
             readVariant(in, value);
         }
         if (in.status() != QDataStream::Ok) {
@@ -123,6 +123,39 @@ quint32 numberAt(const QDataStream &in, const char *bytes)
 {
     return in.byteOrder() == QDataStream::BigEndian ? qFromBigEndian<quint32>(bytes)
                                                     : qFromLittleEndian<quint32>(bytes);
+}
+
+// Whether the text or the array of bytes at this offset claims to be longer than all that is left.
+// Qt takes two megabytes of memory before it finds out.
+bool isOversized(QDataStream &in, int offset, quint32 unit)
+{
+    QIODevice *device = in.device();
+    if (!device || device->isSequential())
+        return false;
+    const QByteArray start = device->peek(offset + 4);
+    if (start.size() < offset + 4)
+        return false;
+    const quint32 size = numberAt(in, start.constData() + offset);
+    // The two highest sizes have a meaning of their own, the second one since Qt 6.7.
+    return size < 0xfffffffe && size % unit == 0
+        && size > quint64(device->bytesAvailable() - offset - 4);
+}
+
+void failAtEnd(QDataStream &in)
+{
+    in.skipRawData(int(in.device()->bytesAvailable()));
+    in.setStatus(QDataStream::ReadPastEnd);
+}
+
+template <typename T>
+void readUnlessOversized(QDataStream &in, T &text, quint32 unit)
+{
+    if (isOversized(in, 0, unit)) {
+        text.clear();
+        failAtEnd(in);
+    } else {
+        in >> text;
+    }
 }
 
 Header peekHeader(QDataStream &in)
@@ -182,6 +215,19 @@ bool isOversizedCurve(QDataStream &in, const Header &header)
     return false;
 }
 
+bool isOversizedText(QDataStream &in, const Header &header)
+{
+    switch (header.type) {
+    case QMetaType::QString:
+        return isOversized(in, header.size, 2);
+    case QMetaType::QByteArray:
+    case QMetaType::QUrl:
+        return isOversized(in, header.size, 1);
+    default:
+        return false;
+    }
+}
+
 template <typename Container, typename Read>
 void readContents(QDataStream &in, const Header &header, QVariant &value, Read read)
 {
@@ -225,9 +271,8 @@ void readVariant(QDataStream &in, QVariant &value)
         in.setStatus(QDataStream::ReadCorruptData);
         return;
     }
-    if (isOversizedCurve(in, header)) {
-        in.skipRawData(int(in.device()->bytesAvailable()));
-        in.setStatus(QDataStream::ReadPastEnd);
+    if (isOversizedCurve(in, header) || isOversizedText(in, header)) {
+        failAtEnd(in);
         return;
     }
     switch (header.type) {
@@ -274,6 +319,16 @@ void readVariant(QDataStream &in, QVariant &value)
     }
 }
 
+}
+
+void readElement(QDataStream &in, QString &text)
+{
+    readUnlessOversized(in, text, 2);
+}
+
+void readElement(QDataStream &in, QByteArray &bytes)
+{
+    readUnlessOversized(in, bytes, 1);
 }
 
 void readVariantMap(QDataStream &in, QMap<QString, QVariant> &map)

@@ -3,15 +3,33 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QDataStream>
 #include <QList>
 #include <QMap>
+#include <QString>
 #include <QVariant>
 
 /*
  * Readers that store what Qt's own readers of the same version store, but take memory only for
  * elements that are there: Qt's reserve it for as many as the stream claims and end the process.
  */
+
+void readElement(QDataStream &in, QString &text);
+void readElement(QDataStream &in, QByteArray &bytes);
+
+template <typename T>
+void readElement(QDataStream &in, T &element)
+{
+    in >> element;
+}
+
+/// Reads several texts, one after the other.
+template <typename... Texts>
+void readTexts(QDataStream &in, Texts &...texts)
+{
+    (readElement(in, texts), ...);
+}
 
 /// Reads a 32 bit count and that many elements. The list is empty after an error. An earlier error
 /// of the stream is put aside meanwhile, as Qt does.
@@ -36,7 +54,7 @@ void readList(QDataStream &in, QList<T> &list, Read read)
 template <typename T>
 void readList(QDataStream &in, QList<T> &list)
 {
-    readList(in, list, [](QDataStream &stream, T &element) { stream >> element; });
+    readList(in, list, [](QDataStream &stream, T &element) { readElement(stream, element); });
 }
 
 /// Reads a count and that many texts with their values; the map is empty after an error. Lists

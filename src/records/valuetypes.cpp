@@ -27,7 +27,9 @@ QDataStream &operator<<(QDataStream &out, const Media &media)
 
 QDataStream &operator>>(QDataStream &in, Media &media)
 {
-    return in >> media.kind >> media.firstText >> media.secondText >> media.thirdText;
+    in >> media.kind;
+    readTexts(in, media.firstText, media.secondText, media.thirdText);
+    return in;
 }
 
 QDataStream &operator<<(QDataStream &out, const SocialActionIconTexts &texts)
@@ -37,7 +39,9 @@ QDataStream &operator<<(QDataStream &out, const SocialActionIconTexts &texts)
 
 QDataStream &operator>>(QDataStream &in, SocialActionIconTexts &texts)
 {
-    return in >> texts.kind >> texts.firstText >> texts.secondText >> texts.thirdText;
+    in >> texts.kind;
+    readTexts(in, texts.firstText, texts.secondText, texts.thirdText);
+    return in;
 }
 
 QDataStream &operator<<(QDataStream &out, const SocialActivityAttachment &attachment)
@@ -48,8 +52,8 @@ QDataStream &operator<<(QDataStream &out, const SocialActivityAttachment &attach
 
 QDataStream &operator>>(QDataStream &in, SocialActivityAttachment &attachment)
 {
-    in >> attachment.firstText >> attachment.secondText >> attachment.thirdText
-        >> attachment.fourthText;
+    readTexts(in, attachment.firstText, attachment.secondText, attachment.thirdText,
+              attachment.fourthText);
     readList(in, attachment.media);
     return in;
 }

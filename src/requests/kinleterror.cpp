@@ -3,6 +3,8 @@
 
 #include "requests/kinleterror.h"
 
+#include "records/streamreading_p.h"
+
 #include <QDataStream>
 
 class KinletErrorPrivate {
@@ -44,7 +46,8 @@ QDataStream &operator<<(QDataStream &out, const KinletError &error)
 QDataStream &operator>>(QDataStream &in, KinletError &error)
 {
     qint32 type = 0;
-    in >> error.d->description >> type;
+    readTexts(in, error.d->description);
+    in >> type;
     error.d->type = KinletError::Type(type);
     return in;
 }

@@ -164,7 +164,8 @@ void SocialGetActivitiesRequest::unserialize(QDataStream &stream)
     readList(stream, d->activityIdsFilter);
     quint8 activityFilter = 0;
     quint8 timelineType = 0;
-    stream >> d->parentActivityIdFilter >> activityFilter >> timelineType >> d->forceRefresh;
+    readTexts(stream, d->parentActivityIdFilter);
+    stream >> activityFilter >> timelineType >> d->forceRefresh;
     d->activityFilter = SocialActivity::Type(activityFilter);
     d->timelineType = KinletTimeline::TimelineType(timelineType);
 }

@@ -5,6 +5,8 @@
 
 #include "requests/socialgetpersonsrequest_p.h"
 
+#include "records/streamreading_p.h"
+
 #include <QDataStream>
 
 class SocialGetLikersRequestPrivate : public SocialGetPersonsRequestPrivate {
@@ -45,5 +47,5 @@ void SocialGetLikersRequest::serialize(QDataStream &stream)
 void SocialGetLikersRequest::unserialize(QDataStream &stream)
 {
     SocialGetPersonsRequest::unserialize(stream);
-    stream >> data(d_ptr)->activityId;
+    readTexts(stream, data(d_ptr)->activityId);
 }

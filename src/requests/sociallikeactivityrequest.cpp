@@ -3,6 +3,7 @@
 
 #include "requests/sociallikeactivityrequest.h"
 
+#include "records/streamreading_p.h"
 #include "requests/socialdatarequest_p.h"
 
 #include <QDataStream>
@@ -54,7 +55,8 @@ void SocialLikeActivityRequest::unserialize(QDataStream &stream)
 {
     SocialDataRequest::unserialize(stream);
     auto *d = data(d_ptr);
-    stream >> d->activityId >> d->like;
+    readTexts(stream, d->activityId);
+    stream >> d->like;
 }
 
 void SocialLikeActivityRequest::likeResult(bool success)

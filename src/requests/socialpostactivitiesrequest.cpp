@@ -3,6 +3,7 @@
 
 #include "requests/socialpostactivitiesrequest.h"
 
+#include "records/streamreading_p.h"
 #include "requests/socialdatarequest_p.h"
 
 #include <QDataStream>
@@ -68,7 +69,8 @@ void SocialPostActivitiesRequest::unserialize(QDataStream &stream)
     SocialDataRequest::unserialize(stream);
     auto *d = data(d_ptr);
     quint8 requestType = 0;
-    stream >> requestType >> d->statusText >> d->postId;
+    stream >> requestType;
+    readTexts(stream, d->statusText, d->postId);
     d->requestType = SocialActivity::Type(requestType);
 }
 

@@ -10,9 +10,10 @@
 #include <QList>
 #include <QTest>
 
-/// Lets allocations fail that a few hundred bytes of input cannot justify. Sanitizers reserve
-/// address space of their own: under them the other checks have to do.
-inline void limitMemory()
+/// Lets allocations fail that a few hundred bytes of input cannot justify: all that would make the
+/// process larger by the allowance. Sanitizers reserve address space of their own: under them the
+/// other checks have to do.
+inline void limitMemory(rlim_t allowance = 256 * 1024 * 1024)
 {
 #if defined(__SANITIZE_ADDRESS__)
     constexpr bool isSanitized = true;
@@ -23,7 +24,6 @@ inline void limitMemory()
 #endif
     if (isSanitized)
         return;
-    constexpr rlim_t allowance = 256 * 1024 * 1024;
     QFile statm(QStringLiteral("/proc/self/statm"));
     QVERIFY(statm.open(QIODevice::ReadOnly));
     const rlim_t pages = statm.readAll().split(' ').first().toULongLong();
