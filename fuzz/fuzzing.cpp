@@ -6,6 +6,7 @@
 #include "records/valuetypes.h"
 #include "requests/kinleterror.h"
 
+#include <QDateTime>
 #include <QHashFunctions>
 #include <QMap>
 
@@ -139,9 +140,16 @@ void writeSorted(QDataStream &out, const QVariant &value)
         writeSorted(out, *static_cast<const QVariant *>(value.constData()));
     } else if (type == qMetaTypeId<SocialGenericData>()) {
         writeSorted(out, value.value<SocialGenericData>());
+    } else if (type == QMetaType::QDateTime) {
+        writeSorted(out, value.toDateTime());
     } else {
         out << value;
     }
+}
+
+void writeSorted(QDataStream &out, const QDateTime &time)
+{
+    out << time.date() << time.time() << int(time.timeSpec()) << time.offsetFromUtc();
 }
 
 void writeSorted(QDataStream &out, const SocialGenericData &record)

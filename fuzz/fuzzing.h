@@ -41,6 +41,8 @@ struct StreamForm {
 qint64 countValues(const QVariant &value);
 qint64 countValues(const QList<SocialGenericData> &records);
 
-/// Writes a value so that equal ones have equal bytes: hashes in the order of their keys.
+/// Writes a value so that equal ones have equal bytes: hashes in the order of their keys, times
+/// without the name of their zone, which Qt itself does not always keep.
 void writeSorted(QDataStream &out, const QVariant &value);
+void writeSorted(QDataStream &out, const QDateTime &time);
 void writeSorted(QDataStream &out, const SocialGenericData &record);

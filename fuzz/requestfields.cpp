@@ -24,6 +24,11 @@ void writeField(QDataStream &out, const T &field)
     out << field;
 }
 
+void writeField(QDataStream &out, const QDateTime &time)
+{
+    writeSorted(out, time);
+}
+
 void writeField(QDataStream &out, const QList<SocialGenericData> &records)
 {
     out << int(records.size());
