@@ -19,16 +19,30 @@ PlainReader::PlainReader(QDataStream &in)
         && in.byteOrder() == QDataStream::BigEndian
         && in.floatingPointPrecision() == QDataStream::DoublePrecision)
         m_buffer = static_cast<QBuffer *>(device);
+    begin();
+}
+
+void PlainReader::begin()
+{
+    if (!m_buffer)
+        return;
+    m_at = m_buffer->data().constData() + m_buffer->pos();
+    m_end = m_buffer->data().constData() + m_buffer->size();
+}
+
+void PlainReader::end()
+{
+    if (m_buffer)
+        m_buffer->seek(m_at - m_buffer->data().constData());
 }
 
 bool PlainReader::readProperty(QString &key, QVariant &value)
 {
-    if (!m_buffer)
-        return false;
-    const QByteArray &bytes = m_buffer->data();
-    m_at = bytes.constData() + m_buffer->pos();
-    m_end = bytes.constData() + bytes.size();
-    return readText(key) && readValue(value) && m_buffer->seek(m_at - bytes.constData());
+    const char *const start = m_at;
+    if (m_buffer && readText(key) && readValue(value))
+        return true;
+    m_at = start;
+    return false;
 }
 
 template <typename T>
@@ -47,7 +61,7 @@ bool PlainReader::readNumberValue(QVariant &value)
     T number;
     if (!readNumber(number))
         return false;
-    value = QVariant::fromValue(number);
+    value = QVariant(number);
     return true;
 }
 

@@ -17,8 +17,11 @@ class PlainReader {
 public:
     explicit PlainReader(QDataStream &in);
 
-    /// Reads a text and a value. False if that is left to the stream, which has not moved then.
+    /// Reads a text and a value. False if they are left to the stream.
     bool readProperty(QString &key, QVariant &value);
+    /// Lets the stream go on from here; begin() comes before anything else is read by this.
+    void end();
+    void begin();
 
 private:
     bool readText(QString &text);

@@ -98,8 +98,10 @@ void readMap(QDataStream &in, Map &map)
         QString key;
         QVariant value;
         if (!leavesRoom || !plain.readProperty(key, value)) {
+            plain.end();
             readElement(in, key);
             readVariant(in, value);
+            plain.begin();
         }
         if (in.status() != QDataStream::Ok) {
             map.clear();
@@ -107,6 +109,7 @@ void readMap(QDataStream &in, Map &map)
         }
         insert(map, key, value);
     }
+    plain.end();
 }
 
 /// What stands before the contents of a value.
