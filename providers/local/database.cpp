@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 namespace {
 
@@ -18,14 +19,22 @@ constexpr int BusyTimeout = 2000;
 // SQLite's primary result codes.
 constexpr int SqliteBusy = 5;
 constexpr int SqliteCorrupt = 11;
+constexpr int SqliteFull = 13;
 constexpr int SqliteNotADatabase = 26;
+// An input or output error: the file that connections share could not grow.
+constexpr int SqliteSharedSize = 10 | (19 << 8);
 
 StoreError::Kind kindOf(const QSqlError &error)
 {
+    const int code = error.nativeErrorCode().toInt();
+    if (code == SqliteSharedSize)
+        return StoreError::Full;
     // The higher bits only refine it.
-    switch (error.nativeErrorCode().toInt() & 0xff) {
+    switch (code & 0xff) {
     case SqliteBusy:
         return StoreError::Busy;
+    case SqliteFull:
+        return StoreError::Full;
     case SqliteCorrupt:
     case SqliteNotADatabase:
         return StoreError::Damaged;
@@ -34,15 +43,37 @@ StoreError::Kind kindOf(const QSqlError &error)
     }
 }
 
-// What people write about themselves is nobody else's business.
+QString message(StoreError::Kind kind, const QString &file, const QString &what)
+{
+    switch (kind) {
+    case StoreError::Busy:
+        return QStringLiteral("The journal %1 is busy: another program is writing to it").arg(file);
+    case StoreError::Full:
+        return QStringLiteral("The journal %1 cannot be written: the disk is full. Free some space")
+            .arg(file);
+    case StoreError::Damaged:
+        return QStringLiteral(
+                   "The journal %1 cannot be used: %2. Put a copy of it in its place, or "
+                   "move it away to begin a new one")
+            .arg(file, what);
+    case StoreError::Failed:
+        break;
+    }
+    return QStringLiteral("The journal %1 cannot be used: %2. See that it and its folder can be "
+                          "written and that the disk works and has space left")
+        .arg(file, what);
+}
+
+// What people write about themselves is nobody else's business, at no moment.
 void makePrivateFile(const QString &path)
 {
     const QString folder = QFileInfo(path).path();
-    if (!QFileInfo::exists(folder) && QDir().mkpath(folder))
-        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
-    QFile file(path);
-    if (file.open(QFile::WriteOnly | QFile::NewOnly))
-        file.setPermissions(QFile::ReadOwner | QFile::WriteOwner);
+    QDir().mkpath(QFileInfo(folder).path());
+    mkdir(QFile::encodeName(folder).constData(), S_IRWXU);
+    const int file = open(QFile::encodeName(path).constData(),
+                          O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (file != -1)
+        close(file);
 }
 
 }
@@ -117,11 +148,7 @@ void Database::fail(const QSqlError &error) const
 {
     const QString what = error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
     const StoreError::Kind kind = kindOf(error);
-    throw StoreError{
-        kind,
-        kind == StoreError::Busy
-            ? QStringLiteral("The journal %1 is busy: another program is writing to it").arg(file)
-            : QStringLiteral("The journal %1 cannot be used: %2").arg(file, what)};
+    throw StoreError{kind, message(kind, file, what)};
 }
 
 Transaction::Transaction(Database &database, Patience patience) : database(database)

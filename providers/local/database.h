@@ -14,12 +14,14 @@ struct StoreError {
         Failed,
         /// Another connection is writing; the same again may succeed later.
         Busy,
+        /// There is no room left on the disk.
+        Full,
         /// The file is not what it should be. Trying again will not help.
         Damaged
     };
 
     Kind kind = Failed;
-    /// One English line.
+    /// One English line: what is wrong and what to do about it.
     QString text;
 };
 

@@ -15,6 +15,8 @@ namespace {
 constexpr int SliceTime = 15;
 constexpr int RetryTime = 500;
 constexpr int SlowInterval = 5000;
+// A disk is not freed, nor made writable, in a moment.
+constexpr int AgainTime = 60000;
 
 }
 
@@ -41,17 +43,17 @@ struct Importer::Document {
 };
 
 Importer::Importer(const QString &folder, const QString &databasePath, QObject *parent)
-    : QObject(parent)
-    , folder(folder + QStringLiteral("/import"))
-    , databasePath(databasePath)
-    , role(folder + QStringLiteral("/import.lock"))
+    : QObject(parent), folder(folder + QStringLiteral("/import")), databasePath(databasePath)
 {
-    // An import may take long. Whether a holder is alive is told by its process alone.
-    role.setStaleLockTime(0);
     next.setSingleShot(true);
     connect(&next, &QTimer::timeout, this, &Importer::look);
     connect(&slow, &QTimer::timeout, this, &Importer::look);
     connect(&slices, &QTimer::timeout, this, &Importer::readSlice);
+    again.setSingleShot(true);
+    connect(&again, &QTimer::timeout, this, [this] {
+        this->folder.takeBack();
+        lookLater(0);
+    });
     connect(&watcher, &QFileSystemWatcher::directoryChanged, this, [this] { lookLater(0); });
     watcher.addPath(this->folder.path());
     // For folders that cannot be watched.
@@ -83,12 +85,11 @@ void Importer::look()
     if (document || waiting || stopped)
         return;
     if (folder.isEmpty()) {
-        role.unlock();
+        folder.release();
         return;
     }
     // What is to be read is asked under the lock: who held it before may have dealt with it.
-    const bool locked = role.isLocked() || role.tryLock(0);
-    const QString name = locked ? folder.next() : QString();
+    const QString name = folder.claim() ? folder.next() : QString();
     if (name.isNull())
         lookLater(RetryTime);
     else
@@ -155,31 +156,41 @@ void Importer::finish()
     document.reset();
     if (badStore) {
         leave(name, *badStore);
-    } else if (!badDocument.isEmpty()) {
-        folder.moveToFailed(name, badDocument);
-        reject(name, badDocument);
-    } else {
-        folder.moveToDone(name);
-        waiting = true;
-        Q_EMIT finished(counts);
+        return;
     }
+    const bool good = badDocument.isEmpty();
+    const bool moved = good ? folder.moveToDone(name) : folder.moveToFailed(name, badDocument);
+    QStringList problems;
+    if (!good)
+        problems.append(badDocument);
+    if (!moved)
+        problems.append(QStringLiteral("It cannot be moved away and will be read again at the next "
+                                       "start. See that the folder %1 may be written")
+                            .arg(folder.path()));
+    end(name, problems, counts);
 }
 
-// The document may be good: it stays, for the next start.
+// The document may be good: it stays.
 void Importer::leave(const QString &name, const StoreError &error)
 {
     folder.leave(name);
+    if (!again.isActive())
+        again.start(AgainTime);
     const QPointer<Importer> self(this);
     Q_EMIT storeFailed(error);
     if (self)
-        reject(name, error.text);
+        end(name, {error.text}, SocialImportProgress());
 }
 
-void Importer::reject(const QString &name, const QString &reason)
+void Importer::end(const QString &name, const QStringList &problems,
+                   const SocialImportProgress &counts)
 {
     waiting = true;
     const QPointer<Importer> self(this);
-    Q_EMIT rejected(name, reason);
+    for (const QString &text : problems) {
+        if (self)
+            Q_EMIT problem(name, text);
+    }
     if (self)
-        Q_EMIT finished(SocialImportProgress());
+        Q_EMIT finished(counts);
 }

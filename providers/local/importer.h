@@ -9,7 +9,6 @@
 #include <Kinlet/SocialImportProgress>
 
 #include <QFileSystemWatcher>
-#include <QLockFile>
 #include <QObject>
 #include <QTimer>
 
@@ -21,7 +20,8 @@
  * transaction, in slices between which the event loop runs.
  *
  * Of all processes that use the journal one imports at a time. What it leaves undone when it ends,
- * another one does; a document of which it has read only a part is read anew.
+ * another one does; a document of which it has read only a part is read anew. So is, after a while,
+ * one that could not be written to the journal.
  */
 class Importer : public QObject {
     Q_OBJECT
@@ -39,10 +39,10 @@ public:
 Q_SIGNALS:
     /// A document has been begun. finished() follows.
     void started();
-    /// The journal could not be written. rejected() follows.
+    /// The journal could not be written. problem() follows.
     void storeFailed(const StoreError &error);
-    /// The document \a name has not been imported.
-    void rejected(const QString &name, const QString &reason);
+    /// The document \a name has not been imported, or not been moved away.
+    void problem(const QString &name, const QString &what);
     /// The document has been dealt with. The next one waits for proceed().
     void finished(const SocialImportProgress &counts);
 
@@ -55,16 +55,15 @@ private:
     void readSlice();
     void finish();
     void leave(const QString &name, const StoreError &error);
-    void reject(const QString &name, const QString &reason);
+    void end(const QString &name, const QStringList &problems, const SocialImportProgress &counts);
 
     ImportFolder folder;
     const QString databasePath;
-    // Held by the process that imports.
-    QLockFile role;
     QFileSystemWatcher watcher;
     QTimer next;
     QTimer slow;
     QTimer slices;
+    QTimer again;
     std::unique_ptr<Document> document;
     std::optional<StoreError> stopped;
     bool waiting = false;

@@ -7,9 +7,11 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <unistd.h>
 
 namespace {
@@ -49,6 +51,29 @@ ImportFolder::ImportFolder(const QString &path) : folder(path)
     QDir().mkpath(path);
 }
 
+ImportFolder::~ImportFolder()
+{
+    release();
+}
+
+// A lock on the folder itself leaves nothing behind and needs no room on the disk.
+bool ImportFolder::claim()
+{
+    if (claimed != -1)
+        return true;
+    claimed = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (flock(claimed, LOCK_EX | LOCK_NB) == -1 && errno == EWOULDBLOCK)
+        release();
+    return claimed != -1;
+}
+
+void ImportFolder::release()
+{
+    if (claimed != -1)
+        close(claimed);
+    claimed = -1;
+}
+
 bool ImportFolder::isEmpty() const
 {
     return names().isEmpty();
@@ -67,27 +92,36 @@ QString ImportFolder::next() const
 QStringList ImportFolder::names() const
 {
     QStringList all = QDir(folder).entryList(QDir::Files | QDir::NoSymLinks, QDir::Name);
-    for (const QString &name : left)
-        all.removeAll(name);
+    all.erase(std::remove_if(all.begin(), all.end(),
+                             [this](const QString &name) {
+                                 return left.contains(name) || unmovable.contains(name);
+                             }),
+              all.end());
     return all;
 }
 
-void ImportFolder::moveToDone(const QString &name)
+bool ImportFolder::moveToDone(const QString &name)
 {
-    moveTo(QStringLiteral("done"), name);
+    return !moveTo(QStringLiteral("done"), name).isNull();
 }
 
-void ImportFolder::moveToFailed(const QString &name, const QString &reason)
+bool ImportFolder::moveToFailed(const QString &name, const QString &reason)
 {
     const QString path = moveTo(QStringLiteral("failed"), name);
     QFile file(path + QStringLiteral(".reason.txt"));
     if (!path.isNull() && file.open(QFile::WriteOnly))
         file.write(reason.simplified().toUtf8() + '\n');
+    return !path.isNull();
 }
 
 void ImportFolder::leave(const QString &name)
 {
     left.insert(name);
+}
+
+void ImportFolder::takeBack()
+{
+    left.clear();
 }
 
 // Where the file is then; null if it could not be moved.
@@ -99,6 +133,6 @@ QString ImportFolder::moveTo(const QString &target, const QString &name)
     if (QFile::rename(from.filePath(name), path))
         return path;
     // It must not be read again and again.
-    leave(name);
+    unmovable.insert(name);
     return QString();
 }

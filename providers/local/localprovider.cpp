@@ -147,8 +147,8 @@ void LocalProvider::watchStore()
         pushImportProgress(progress);
     });
     connect(importer, &Importer::storeFailed, this, &LocalProvider::note);
-    connect(importer, &Importer::rejected, this, [this](const QString &name, const QString &why) {
-        Q_EMIT error(Journal::Id, QStringLiteral("import"), name + QStringLiteral(": ") + why);
+    connect(importer, &Importer::problem, this, [this](const QString &name, const QString &what) {
+        Q_EMIT error(Journal::Id, QStringLiteral("import"), name + QStringLiteral(": ") + what);
     });
     connect(importer, &Importer::finished, this, [this](const SocialImportProgress &counts) {
         importEnd = counts;
@@ -179,6 +179,8 @@ void LocalProvider::pushImportProgress(const SocialImportProgress &progress)
 void LocalProvider::note(const StoreError &error)
 {
     failure = error.text;
+    if (error.kind == StoreError::Full)
+        store->giveBackRoom();
     if (error.kind != StoreError::Damaged)
         return;
     damaged = true;
@@ -260,6 +262,9 @@ void LocalProvider::writeOn()
             nextWrite.start(WriteRetryTime);
             return;
         }
+        // The next failure is another one then.
+        if (outcome.errors.isEmpty())
+            reportedFailure.clear();
         finish(request, outcome);
     }
     if (self)

@@ -28,12 +28,14 @@ int checkedVersion(Database &database, int newest)
     if (application != ApplicationId && !(application == 0 && version == 0 && empty))
         throw StoreError{
             StoreError::Damaged,
-            QStringLiteral("The file %1 is another program's, not a journal").arg(database.path())};
+            QStringLiteral("The file %1 is another program's, not a journal. Move it away to begin "
+                           "a journal")
+                .arg(database.path())};
     if (version < 0 || version > newest)
         throw StoreError{
             StoreError::Damaged,
-            QStringLiteral("The journal %1 was written by a newer program: its version is %2, the "
-                           "newest that this one knows is %3")
+            QStringLiteral("The journal %1 was written by a newer program, which is needed to read "
+                           "it: its version is %2, the newest that this one knows is %3")
                 .arg(database.path())
                 .arg(version)
                 .arg(newest)};
@@ -49,7 +51,8 @@ void checkPages(Database &database)
     const QString result = database.value(QStringLiteral("PRAGMA quick_check(1)")).toString();
     if (result != QLatin1String("ok"))
         throw StoreError{StoreError::Damaged,
-                         QStringLiteral("The journal %1 is damaged: %2")
+                         QStringLiteral("The journal %1 is damaged: %2. Put a copy of it in its "
+                                        "place, or move it away to begin a new one")
                              .arg(database.path(), result.simplified())};
 }
 

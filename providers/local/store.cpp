@@ -33,11 +33,13 @@ QString Store::folder()
 
 Store::Store() : file(folder() + QStringLiteral("/local.db"))
 {
-    prepareSchema(file, journalMigrations());
     // SQLite would open it for reading and say so only when something is written.
     if (!QFileInfo(file.path()).isWritable())
         throw StoreError{StoreError::Failed,
-                         QStringLiteral("The journal %1 may not be written").arg(file.path())};
+                         QStringLiteral("The journal %1 may not be written. Make the file and its "
+                                        "folder writable")
+                             .arg(file.path())};
+    prepareSchema(file, journalMigrations());
     // Stays with the file. Readers and a writer do not wait for each other then.
     file.run(QStringLiteral("PRAGMA journal_mode = WAL"));
     if (!file.value(QStringLiteral("SELECT 1 FROM persons WHERE id = ?"), {Journal::Me}).isValid())
@@ -101,6 +103,16 @@ SocialActivity Store::activity(const QString &id)
 {
     QSqlQuery rows = file.run(Rows::selectActivities() + QStringLiteral("WHERE a.id = ?"), {id});
     return file.next(rows) ? Rows::activity(rows) : SocialActivity();
+}
+
+void Store::giveBackRoom()
+{
+    try {
+        // Moves the log into the file, and then cuts it off.
+        file.run(QStringLiteral("PRAGMA wal_checkpoint(TRUNCATE)"));
+    } catch (const StoreError &) {
+        // The log stays; what is written next takes the place of what was undone.
+    }
 }
 
 QString Store::addActivity(SocialActivity::Type type, const QString &text, const QString &parent)

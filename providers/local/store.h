@@ -33,6 +33,10 @@ public:
     bool hasActivity(const QString &id);
     SocialActivity activity(const QString &id);
 
+    /// What has been undone for want of room on the disk may still take up room there: frees it if
+    /// possible. Does not throw.
+    void giveBackRoom();
+
     // These belong into a Transaction.
 
     /// Adds an activity of the journal's own person, now; its id. \a parent is what it comments on,

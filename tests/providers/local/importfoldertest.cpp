@@ -5,6 +5,7 @@
 
 #include "journalimportfixture.h"
 
+#include "importfolder.h"
 #include "requests/socialpostactivitiesrequest.h"
 #include "store.h"
 
@@ -118,9 +119,8 @@ void ImportFolderTest::waitsForAnotherWriter()
     {
         const Transaction other(store.database(), Transaction::Soon);
         sandbox->drop(QStringLiteral("1.json"), JournalSandbox::sample("ada/actor.json"));
-        // Whoever imports holds this file.
-        QTRY_VERIFY_WITH_TIMEOUT(QFile::exists(sandbox->folder() + QStringLiteral("/import.lock")),
-                                 60000);
+        // Whoever imports has claimed the folder.
+        QTRY_VERIFY_WITH_TIMEOUT(!ImportFolder(sandbox->importPath()).claim(), 60000);
         QCOMPARE(heard, QStringList());
     }
     QVERIFY(importsEnd(1));

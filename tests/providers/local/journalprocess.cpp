@@ -70,6 +70,35 @@ int like(const QString &activityId)
     return perform(request) ? 0 : 1;
 }
 
+bool setLiked(const QString &id, bool liked)
+{
+    SocialLikeActivityRequest request(id, liked);
+    if (!perform(request))
+        return false;
+    say((liked ? QStringLiteral("liked ") : QStringLiteral("unliked ")) + id);
+    return true;
+}
+
+// Posts without end. Of these statuses every second one is liked, and of those every second one is
+// liked no more after that. Says each time what has been stored.
+int keepWriting(const QString &text)
+{
+    for (int i = 0;; ++i) {
+        SocialPostActivitiesRequest status(SocialActivity::Status,
+                                           QStringLiteral("%1-%2").arg(text).arg(i));
+        if (!perform(status))
+            return 1;
+        const QString id = status.results().constFirst().id();
+        say(QStringLiteral("stored %1 %2").arg(id, status.statusText()));
+        if (i % 2 == 1 && !setLiked(id, true))
+            return 1;
+        if (i % 4 == 3 && !setLiked(id, false))
+            return 1;
+        // The import goes on meanwhile.
+        QCoreApplication::processEvents();
+    }
+}
+
 // One request of each kind that needs the store.
 int tryEverything()
 {
@@ -105,6 +134,10 @@ int watch()
     QObject::connect(manager, &KinletManager::importEnded,
                      [](const QString &, const QString &, int added, int removed, int merged) {
                          say(QStringLiteral("ended %1 %2 %3").arg(added).arg(removed).arg(merged));
+                     });
+    QObject::connect(manager->provider(QStringLiteral("local")).data(), &KinletInterface::error,
+                     [](const QString &, const QString &, const QString &message) {
+                         say(QStringLiteral("problem ") + message);
                      });
     say(QStringLiteral("ready"));
     return QCoreApplication::exec();
@@ -159,6 +192,8 @@ int main(int argc, char *argv[])
         return 99;
     if (what == QLatin1String("post"))
         return post(arguments.value(2).toInt(), arguments.value(3));
+    if (what == QLatin1String("keep-writing"))
+        return keepWriting(arguments.value(2));
     if (what == QLatin1String("like"))
         return like(arguments.value(2));
     if (what == QLatin1String("watch"))

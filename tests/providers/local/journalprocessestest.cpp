@@ -3,6 +3,7 @@
 
 // Several processes with one journal.
 
+#include "journalapplication.h"
 #include "journalsandbox.h"
 
 #include "requests/socialgetactivitiesrequest.h"
@@ -11,7 +12,6 @@
 #include "requests/socialpostactivitiesrequest.h"
 
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QSet>
 #include <QTest>
 
@@ -19,55 +19,6 @@
 #include <vector>
 
 namespace {
-
-/// An application of its own. It ends with this object.
-class Application {
-public:
-    explicit Application(const QStringList &arguments)
-    {
-        process.setProcessChannelMode(QProcess::MergedChannels);
-        process.start(QStringLiteral(KINLET_JOURNAL_PROCESS), arguments);
-    }
-    ~Application()
-    {
-        process.kill();
-        process.waitForFinished();
-    }
-
-    QStringList lines()
-    {
-        said += process.readAll();
-        return QString::fromUtf8(said).split(QLatin1Char('\n'));
-    }
-    bool says(const QString &start)
-    {
-        return QTest::qWaitFor([&] { return count(start) > 0; }, 60000);
-    }
-    int count(const QString &start)
-    {
-        int found = 0;
-        const QStringList all = lines();
-        for (const QString &line : all)
-            found += line.startsWith(start) ? 1 : 0;
-        return found;
-    }
-    bool ends() { return process.waitForFinished(120000); }
-    /// The most memory that it has had at any time, in KiB.
-    int peakMemory() const
-    {
-        const QString path = QStringLiteral("/proc/%1/status").arg(process.processId());
-        const QString status = QString::fromLatin1(JournalSandbox::read(path));
-        return status.section(QLatin1String("VmHWM:"), 1)
-            .simplified()
-            .section(QLatin1Char(' '), 0, 0)
-            .toInt();
-    }
-
-    QProcess process;
-
-private:
-    QByteArray said;
-};
 
 QByteArray archive(int activities)
 {
@@ -337,6 +288,10 @@ void JournalProcessesTest::documentThatCannotBeMoved()
         QTRY_COMPARE_WITH_TIMEOUT(application.count(QStringLiteral("ended")), i, 60000);
     }
     QCOMPARE(application.count(QStringLiteral("started")), 3);
+    for (int i = 1; i <= 3; ++i)
+        QCOMPARE(
+            application.count(QStringLiteral("problem %1.json: It cannot be moved away").arg(i)),
+            1);
     QVERIFY(QFile::exists(sandbox->importPath(QStringLiteral("1.json"))));
     QCOMPARE(allTexts().size(), 3);
 }
