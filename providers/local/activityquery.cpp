@@ -40,9 +40,12 @@ ActivityQuery::ActivityQuery(const SocialGetActivitiesRequest &request)
 
 void ActivityQuery::addLists(const SocialGetActivitiesRequest &request)
 {
-    if (!request.personsFilter().isEmpty())
-        add(QStringLiteral("a.owner IN (SELECT value FROM json_each(?))"),
-            jsonList(request.personsFilter()));
+    const QStringList persons = request.personsFilter();
+    // Those of one person need not be sorted.
+    if (persons.size() == 1)
+        add(QStringLiteral("a.owner = ?"), persons.constFirst());
+    else if (!persons.isEmpty())
+        add(QStringLiteral("a.owner IN (SELECT value FROM json_each(?))"), jsonList(persons));
     if (!request.activityIdsFilter().isEmpty())
         add(QStringLiteral("a.id IN (SELECT value FROM json_each(?))"),
             jsonList(request.activityIdsFilter()));
