@@ -75,7 +75,7 @@ ActivityStreamsReader::State ActivityStreamsReader::Private::finish()
     const QJsonObject firstPage = document.value(QLatin1String("first")).toObject();
     for (const QJsonObject &list : {document, firstPage}) {
         for (const char *key : {"items", "orderedItems"}) {
-            const QJsonArray all = ActivityStreams::values(list, QString::fromLatin1(key));
+            const QVector<QJsonValue> all = ActivityStreams::values(list, QString::fromLatin1(key));
             for (const QJsonValue &item : all) {
                 items.readUnchecked(item);
             }

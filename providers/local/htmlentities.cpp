@@ -132,6 +132,9 @@ QString decodeHtmlEntity(const QString &html, qsizetype position, qsizetype *len
 
 QString decodeHtmlEntities(const QString &html)
 {
+    if (!html.contains(QLatin1Char('&'))) {
+        return html;
+    }
     QString text;
     for (qsizetype at = 0; at < html.size();) {
         qsizetype length = 1;

@@ -11,6 +11,8 @@
 #include <QUrl>
 #include <QVector>
 
+#include <algorithm>
+
 namespace {
 
 bool isParagraph(const QString &name)
@@ -230,6 +232,11 @@ bool isControl(QChar character)
         || (character >= QChar(0x7F) && character < QChar(0xA0));
 }
 
+bool isPlain(QChar character)
+{
+    return !character.isSurrogate() && !isControl(character);
+}
+
 } // namespace
 
 QString htmlToText(const QString &html)
@@ -239,6 +246,10 @@ QString htmlToText(const QString &html)
 
 QString plainText(const QString &text)
 {
+    // As most texts are.
+    if (std::all_of(text.begin(), text.end(), isPlain)) {
+        return text.trimmed();
+    }
     QString plain;
     plain.reserve(text.size());
     for (qsizetype at = 0; at < text.size(); ++at) {

@@ -129,7 +129,7 @@ void ItemReader::read(const QJsonObject &item)
 
 void ItemReader::readCreate(const QJsonObject &create)
 {
-    const QJsonArray things = values(create, QStringLiteral("object"));
+    const QVector<QJsonValue> things = values(create, QStringLiteral("object"));
     if (things.isEmpty()) {
         skip(create, QStringLiteral("it does not say what was created"));
     }
@@ -173,7 +173,7 @@ void ItemReader::readLike(const QJsonObject &like)
     ImportedLike liked;
     liked.personId = firstId(like, QStringLiteral("actor"));
     liked.time = timeOf(like, QJsonObject());
-    const QJsonArray things = values(like, QStringLiteral("object"));
+    const QVector<QJsonValue> things = values(like, QStringLiteral("object"));
     bool any = false;
     for (const QJsonValue &thing : things) {
         liked.activityId = idOf(thing);
@@ -236,7 +236,7 @@ bool ItemReader::readPerson(const QJsonObject &actor)
 void ItemReader::readPersonsOf(const QJsonObject &item)
 {
     for (const char *key : {"actor", "attributedTo"}) {
-        const QJsonArray actors = values(item, QString::fromLatin1(key));
+        const QVector<QJsonValue> actors = values(item, QString::fromLatin1(key));
         for (const QJsonValue &actor : actors) {
             // Whoever acts is a person, whatever its type; a link or a bare id tells nothing.
             if (actor.toObject().contains(QLatin1String("name"))
@@ -249,7 +249,7 @@ void ItemReader::readPersonsOf(const QJsonObject &item)
 
 void ItemReader::readPostsOf(const QJsonObject &activity)
 {
-    const QJsonArray things = values(activity, QStringLiteral("object"));
+    const QVector<QJsonValue> things = values(activity, QStringLiteral("object"));
     for (const QJsonValue &thing : things) {
         QString why;
         if (roleOf(thing.toObject()) == Post) {

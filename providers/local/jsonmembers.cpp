@@ -18,6 +18,52 @@ bool isSpace(int byte)
     return byte == ' ' || byte == '\n' || byte == '\r' || byte == '\t';
 }
 
+/// Looks for the comma, colon or closing bracket behind a value that comes in pieces.
+class ValueEnd {
+public:
+    /// How many of the bytes belong to the value: all of them if its end is not among them.
+    qsizetype find(const char *bytes, qsizetype count)
+    {
+        for (qsizetype at = 0; at < count; ++at) {
+            if (m_quoted) {
+                m_quoted = m_escaped || bytes[at] != '"';
+                m_escaped = !m_escaped && bytes[at] == '\\';
+            } else if (step(bytes[at])) {
+                return at;
+            }
+        }
+        return count;
+    }
+    bool isTooDeep() const { return m_depth > MaximalDepth; }
+
+private:
+    bool step(char byte)
+    {
+        switch (byte) {
+        case '"':
+            m_quoted = true;
+            return false;
+        case '[':
+        case '{':
+            ++m_depth;
+            return isTooDeep();
+        case ']':
+        case '}':
+            --m_depth;
+            return m_depth < 0;
+        case ',':
+        case ':':
+            return m_depth == 0;
+        default:
+            return false;
+        }
+    }
+
+    int m_depth = 0;
+    bool m_quoted = false;
+    bool m_escaped = false;
+};
+
 } // namespace
 
 JsonMembers::JsonMembers(QIODevice &device) : m_device(device)
@@ -178,29 +224,24 @@ JsonMembers::Token JsonMembers::end()
 bool JsonMembers::readText()
 {
     m_text.resize(0);
-    int depth = 0;
-    bool quoted = false;
-    bool escaped = false;
-    for (int byte = peekVisible(); byte != -1; ++m_bufferAt, byte = peek()) {
-        if (quoted) {
-            quoted = escaped || byte != '"';
-            escaped = !escaped && byte == '\\';
-        } else if (depth == 0 && (byte == ',' || byte == ':' || byte == ']' || byte == '}')) {
-            return true;
-        } else if (byte == '"') {
-            quoted = true;
-        } else if (byte == '[' || byte == '{') {
-            ++depth;
-        } else if (byte == ']' || byte == '}') {
-            --depth;
-        }
-        if (m_text.size() == MaximalSize || depth > MaximalDepth) {
-            m_error = depth > MaximalDepth
-                ? QStringLiteral("it is nested too deeply")
-                : QStringLiteral("it is too large: one value is more than 16 MiB");
+    ValueEnd end;
+    peekVisible();
+    while (peek() != -1) {
+        const char *const rest = m_buffer.constData() + m_bufferAt;
+        const qsizetype size = end.find(rest, m_buffer.size() - m_bufferAt);
+        m_text.append(rest, static_cast<int>(size));
+        m_bufferAt += size;
+        if (end.isTooDeep()) {
+            m_error = QStringLiteral("it is nested too deeply");
             return false;
         }
-        m_text.append(static_cast<char>(byte));
+        if (m_text.size() > MaximalSize) {
+            m_error = QStringLiteral("it is too large: one value is more than 16 MiB");
+            return false;
+        }
+        if (m_bufferAt < m_buffer.size()) {
+            return true;
+        }
     }
     m_error = QStringLiteral("it is not JSON: it ends in the middle");
     return false;

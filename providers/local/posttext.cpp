@@ -40,7 +40,7 @@ QStringList options(const QJsonObject &post)
 {
     QStringList lines;
     for (const char *key : {"oneOf", "anyOf"}) {
-        const QJsonArray all = values(post, QString::fromLatin1(key));
+        const QVector<QJsonValue> all = values(post, QString::fromLatin1(key));
         for (const QJsonValue &option : all) {
             const QString name = plainText(text(option.toObject(), QStringLiteral("name")));
             if (!name.isEmpty()) {
@@ -54,7 +54,7 @@ QStringList options(const QJsonObject &post)
 Media::Kind mediaKind(const QJsonObject &thing)
 {
     QString mediaType = thing.value(QLatin1String("mediaType")).toString();
-    const QJsonArray links = values(thing, QStringLiteral("url"));
+    const QVector<QJsonValue> links = values(thing, QStringLiteral("url"));
     if (mediaType.isEmpty() && !links.isEmpty()) {
         mediaType = links.first().toObject().value(QLatin1String("mediaType")).toString();
     }
@@ -120,7 +120,7 @@ QList<Media> postMedia(const QJsonObject &post)
         }
     }
     for (const char *key : {"attachment", "image"}) {
-        const QJsonArray things = values(post, QString::fromLatin1(key));
+        const QVector<QJsonValue> things = values(post, QString::fromLatin1(key));
         for (const QJsonValue &thing : things) {
             addMedia(thing, &media);
         }

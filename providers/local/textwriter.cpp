@@ -27,8 +27,11 @@ void TextWriter::write(QChar character)
             m_text += QLatin1Char(' ');
         }
     }
-    m_text += m_mark + character;
-    m_mark.clear();
+    if (!m_mark.isEmpty()) {
+        m_text += m_mark;
+        m_mark.clear();
+    }
+    m_text += character;
     m_breaks = 0;
     m_space = false;
 }

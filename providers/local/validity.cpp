@@ -61,7 +61,7 @@ bool isLanguageTag(const QString &tag)
 QString contextProblem(const QJsonObject &object)
 {
     const QString key = QStringLiteral("@context");
-    const QJsonArray contexts = values(object, key);
+    const QVector<QJsonValue> contexts = values(object, key);
     bool found = contexts.isEmpty();
     for (const QJsonValue &context : contexts) {
         if (!context.isString() && !context.isObject()) {
@@ -82,7 +82,7 @@ QString contextProblem(const QJsonObject &object)
 QString typeProblem(const QJsonObject &object)
 {
     const QString key = QStringLiteral("type");
-    const QJsonArray all = values(object, key);
+    const QVector<QJsonValue> all = values(object, key);
     for (const QJsonValue &type : all) {
         if (!type.isString()) {
             return mismatch(key, type, "a text");
@@ -156,7 +156,7 @@ QString textProblem(const QJsonObject &object)
 QString urlProblem(const QJsonObject &object)
 {
     const QString key = QStringLiteral("url");
-    const QJsonArray urls = values(object, key);
+    const QVector<QJsonValue> urls = values(object, key);
     for (const QJsonValue &url : urls) {
         if (!url.isString() && !url.isObject()) {
             return mismatch(key, url, "a URL or a link");
@@ -172,9 +172,12 @@ QString thingsProblem(const QJsonObject &object)
 {
     for (const char *name : {"actor", "attributedTo", "object", "target", "inReplyTo"}) {
         const QString key = QString::fromLatin1(name);
-        const QJsonArray things = values(object, key);
+        const QVector<QJsonValue> things = values(object, key);
         for (const QJsonValue &thing : things) {
-            if (!thing.isString() && !thing.isObject()) {
+            if (thing.isString()) {
+                continue;
+            }
+            if (!thing.isObject()) {
                 return mismatch(key, thing, "an object or its URL");
             }
             const QString inside = problem(thing.toObject());
@@ -188,13 +191,10 @@ QString thingsProblem(const QJsonObject &object)
 
 QString pagesProblem(const QJsonObject &object)
 {
-    if (!isCollection(object)) {
-        return QString();
-    }
     for (const char *name : {"first", "last", "current", "next", "prev"}) {
         const QString key = QString::fromLatin1(name);
         const QJsonValue page = object.value(key);
-        if (page.isUndefined() || page.isNull() || page.isString()) {
+        if (page.isUndefined() || page.isNull() || page.isString() || !isCollection(object)) {
             continue;
         }
         const QStringList all = types(page.toObject());
@@ -213,6 +213,10 @@ QString pagesProblem(const QJsonObject &object)
 
 QString orderProblem(const QJsonObject &object)
 {
+    if (!object.contains(QLatin1String("items"))
+        && !object.contains(QLatin1String("orderedItems"))) {
+        return QString();
+    }
     const QStringList all = types(object);
     const bool ordered = all.contains(QLatin1String("OrderedCollection"))
         || all.contains(QLatin1String("OrderedCollectionPage"));

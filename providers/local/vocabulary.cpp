@@ -3,6 +3,7 @@
 
 #include "vocabulary.h"
 
+#include <QJsonArray>
 #include <QLocale>
 #include <QRegularExpression>
 
@@ -48,7 +49,7 @@ QString urlOf(const QJsonValue &thing)
 QStringList types(const QJsonObject &object)
 {
     QStringList names;
-    const QJsonArray all = values(object, QStringLiteral("type"));
+    const QVector<QJsonValue> all = values(object, QStringLiteral("type"));
     for (const QJsonValue &type : all) {
         names << type.toString();
     }
@@ -64,13 +65,17 @@ bool isCollection(const QJsonObject &object)
         || all.contains(QLatin1String("OrderedCollectionPage"));
 }
 
-QJsonArray values(const QJsonObject &object, const QString &key)
+QVector<QJsonValue> values(const QJsonObject &object, const QString &key)
 {
     const QJsonValue value = object.value(key);
-    if (value.isArray()) {
-        return value.toArray();
+    if (value.isUndefined() || value.isNull()) {
+        return {};
     }
-    return value.isUndefined() || value.isNull() ? QJsonArray() : QJsonArray{value};
+    if (!value.isArray()) {
+        return {value};
+    }
+    const QJsonArray all = value.toArray();
+    return QVector<QJsonValue>(all.begin(), all.end());
 }
 
 QString idOf(const QJsonValue &thing)
@@ -85,7 +90,7 @@ QString idOf(const QJsonValue &thing)
 
 QString firstId(const QJsonObject &object, const QString &key)
 {
-    const QJsonArray things = values(object, key);
+    const QVector<QJsonValue> things = values(object, key);
     for (const QJsonValue &thing : things) {
         const QString id = idOf(thing);
         if (!id.isEmpty()) {
@@ -97,7 +102,7 @@ QString firstId(const QJsonObject &object, const QString &key)
 
 QString firstUrl(const QJsonObject &object, const QString &key)
 {
-    const QJsonArray things = values(object, key);
+    const QVector<QJsonValue> things = values(object, key);
     for (const QJsonValue &thing : things) {
         const QString url = urlOf(thing);
         if (!url.isEmpty()) {

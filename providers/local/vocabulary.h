@@ -4,10 +4,10 @@
 #pragma once
 
 #include <QDateTime>
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 /*
  * Reading members of ActivityStreams objects, which leave much open: one thing or an array of them,
@@ -20,7 +20,7 @@ namespace ActivityStreams {
 QStringList types(const QJsonObject &object);
 bool isCollection(const QJsonObject &object);
 /// The member's values: those of the array, or the one there is, or none.
-QJsonArray values(const QJsonObject &object, const QString &key);
+QVector<QJsonValue> values(const QJsonObject &object, const QString &key);
 /// The id of a thing, which may be the thing itself, a link to it or only its URL.
 QString idOf(const QJsonValue &thing);
 /// The id of the first thing under the key that has one.
