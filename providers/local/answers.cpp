@@ -12,8 +12,6 @@
 #include <Kinlet/SocialLikeActivityRequest>
 #include <Kinlet/SocialPostActivitiesRequest>
 
-#include <algorithm>
-
 namespace Answers {
 
 namespace {
@@ -55,15 +53,6 @@ void checkActivity(Store &store, const QString &id)
         refuse(QStringLiteral("There is no activity \"%1\" in the local journal").arg(id));
 }
 
-bool matches(const SocialNetworkPerson &person, const QHash<QString, QRegExp> &filter)
-{
-    for (auto it = filter.begin(); it != filter.end(); ++it) {
-        if (!person.hasProperty(it.key()) || it->indexIn(person.property(it.key())) < 0)
-            return false;
-    }
-    return true;
-}
-
 template <typename Record>
 QList<SocialGenericData> generic(const QList<Record> &records)
 {
@@ -72,20 +61,11 @@ QList<SocialGenericData> generic(const QList<Record> &records)
 
 QList<SocialGenericData> persons(Store &store, const SocialGetPersonsRequest &request)
 {
-    QList<SocialNetworkPerson> found;
-    if (const auto *likers = qobject_cast<const SocialGetLikersRequest *>(&request)) {
-        checkActivity(store, likers->activityId());
-        found = store.likers(likers->activityId());
-    } else {
-        found = store.persons();
-    }
-    const QHash<QString, QRegExp> filter = request.propertyFilter();
-    found.erase(std::remove_if(found.begin(), found.end(),
-                               [&filter](const SocialNetworkPerson &person) {
-                                   return !matches(person, filter);
-                               }),
-                found.end());
-    return generic(found);
+    const auto *likers = qobject_cast<const SocialGetLikersRequest *>(&request);
+    if (!likers)
+        return generic(store.persons(request.propertyFilter()));
+    checkActivity(store, likers->activityId());
+    return generic(store.likers(likers->activityId(), request.propertyFilter()));
 }
 
 }

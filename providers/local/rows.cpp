@@ -46,10 +46,9 @@ QString firstText(const QStringList &candidates)
     return QString();
 }
 
-void setText(SocialGenericData &record, const QString &key, const QString &text)
+QVariant unlessEmpty(const QString &text)
 {
-    if (!text.isEmpty())
-        record.setProperty(key, text);
+    return text.isEmpty() ? QVariant() : QVariant(text);
 }
 
 QList<Media> mediaOf(const QString &text)
@@ -94,22 +93,36 @@ QString selectPersons()
 
 SocialNetworkPerson person(const QSqlQuery &row)
 {
-    const QString id = row.value(Id).toString();
-    const QString name = row.value(Name).toString();
-    const QString screenName = firstText({row.value(ScreenName).toString(), name, id});
-    const QString avatar = row.value(AvatarUrl).toString();
     SocialNetworkPerson person;
-    person.setProperty(SocialNetworkPerson::Id, id);
-    person.setProperty(SocialNetworkPerson::Description, firstText({name, screenName}));
     person.setParentAccount(Journal::Id);
-    person.setProperty(SocialNetworkPerson::ScreenName, screenName);
-    setText(person, SocialNetworkPerson::FirstName, name.section(QLatin1Char(' '), 0, 0));
-    setText(person, SocialNetworkPerson::LastName, name.section(QLatin1Char(' '), 1));
-    setText(person, SocialNetworkPerson::AboutMe, row.value(Summary).toString());
-    setText(person, SocialNetworkPerson::ProfileLink, row.value(Url).toString());
-    if (!avatar.isEmpty())
-        person.setProperty(SocialNetworkPerson::AvatarList, QVariantList{avatar});
+    const QStringList keys = personProperties();
+    for (const QString &key : keys)
+        person.setProperty(key, personProperty(row, key));
     return person;
+}
+
+QVariant personProperty(const QSqlQuery &row, const QString &key)
+{
+    const auto text = [&row](PersonColumn column) { return row.value(column).toString(); };
+    if (key == SocialNetworkPerson::Id)
+        return text(Id);
+    if (key == SocialNetworkPerson::Description)
+        return firstText({text(Name), text(ScreenName), text(Id)});
+    if (key == SocialNetworkPerson::ParentAccount)
+        return Journal::Id;
+    if (key == SocialNetworkPerson::ScreenName)
+        return firstText({text(ScreenName), text(Name), text(Id)});
+    if (key == SocialNetworkPerson::FirstName)
+        return unlessEmpty(text(Name).section(QLatin1Char(' '), 0, 0));
+    if (key == SocialNetworkPerson::LastName)
+        return unlessEmpty(text(Name).section(QLatin1Char(' '), 1));
+    if (key == SocialNetworkPerson::AboutMe)
+        return unlessEmpty(text(Summary));
+    if (key == SocialNetworkPerson::ProfileLink)
+        return unlessEmpty(text(Url));
+    if (key == SocialNetworkPerson::AvatarList && !text(AvatarUrl).isEmpty())
+        return QVariantList{text(AvatarUrl)};
+    return QVariant();
 }
 
 qint64 personChange(const QSqlQuery &row)
@@ -152,7 +165,8 @@ SocialActivity activity(const QSqlQuery &row)
     activity.setProperty(SocialActivity::OwnerPersonId, row.value(Owner));
     activity.setProperty(SocialActivity::StartTime,
                          QDateTime::fromMSecsSinceEpoch(row.value(Time).toLongLong(), Qt::UTC));
-    setText(activity, SocialActivity::ParentActivityId, row.value(Parent).toString());
+    activity.setProperty(SocialActivity::ParentActivityId,
+                         unlessEmpty(row.value(Parent).toString()));
     activity.setProperty(SocialActivity::CommentCount, row.value(CommentCount).toInt());
     activity.setProperty(SocialActivity::LikeCount, row.value(LikeCount).toInt());
     activity.setProperty(SocialActivity::IsLikedByMe, row.value(IsLikedByMe).toBool());

@@ -16,6 +16,8 @@ namespace Rows {
 /// A query for persons without its conditions; the table is "p".
 QString selectPersons();
 SocialNetworkPerson person(const QSqlQuery &row);
+/// A property as person() has it; invalid if the person does not have it. Takes less time.
+QVariant personProperty(const QSqlQuery &row, const QString &key);
 /// The column "change".
 qint64 personChange(const QSqlQuery &row);
 /// Every property that a person may have.

@@ -15,11 +15,24 @@
 
 namespace {
 
-QList<SocialNetworkPerson> allPersons(Database &file, QSqlQuery query)
+bool matches(const QSqlQuery &person, const Store::PropertyFilter &filter)
+{
+    for (auto it = filter.begin(); it != filter.end(); ++it) {
+        const QVariant value = Rows::personProperty(person, it.key());
+        if (!value.isValid() || it->indexIn(value.toString()) < 0)
+            return false;
+    }
+    return true;
+}
+
+QList<SocialNetworkPerson> matching(Database &file, QSqlQuery query,
+                                    const Store::PropertyFilter &filter)
 {
     QList<SocialNetworkPerson> persons;
-    while (file.next(query))
-        persons.append(Rows::person(query));
+    while (file.next(query)) {
+        if (matches(query, filter))
+            persons.append(Rows::person(query));
+    }
     return persons;
 }
 
@@ -68,20 +81,22 @@ SocialServiceAccount Store::account()
             .toString());
 }
 
-QList<SocialNetworkPerson> Store::persons()
+QList<SocialNetworkPerson> Store::persons(const PropertyFilter &filter)
 {
-    return allPersons(file, file.run(Rows::selectPersons() + QStringLiteral("ORDER BY p.number")));
+    return matching(file, file.run(Rows::selectPersons() + QStringLiteral("ORDER BY p.number")),
+                    filter);
 }
 
-QList<SocialNetworkPerson> Store::likers(const QString &activityId)
+QList<SocialNetworkPerson> Store::likers(const QString &activityId, const PropertyFilter &filter)
 {
     // An archive may hold a like of somebody about whom nothing else is known.
-    return allPersons(
+    return matching(
         file,
         file.run(QStringLiteral("SELECT l.person, p.screenName, p.name, p.summary, p.url, "
                                 "p.avatarUrl FROM likes l LEFT JOIN persons p ON p.id = l.person "
                                 "WHERE l.activity = ? ORDER BY l.time, l.person"),
-                 {activityId}));
+                 {activityId}),
+        filter);
 }
 
 QList<SocialActivity> Store::activities(const SocialGetActivitiesRequest &filters)

@@ -9,13 +9,17 @@
 #include <Kinlet/SocialNetworkPerson>
 #include <Kinlet/SocialServiceAccount>
 
+#include <QHash>
 #include <QList>
+#include <QRegExp>
 
 class SocialGetActivitiesRequest;
 
 /// The journal in its file. All functions throw StoreError.
 class Store {
 public:
+    using PropertyFilter = QHash<QString, QRegExp>;
+
     /// The person's folder for Kinlet's data, made by the first store.
     static QString folder();
 
@@ -26,9 +30,10 @@ public:
     Database &database() { return file; }
 
     SocialServiceAccount account();
-    QList<SocialNetworkPerson> persons();
-    /// Who likes the activity, in the order in which they came to like it.
-    QList<SocialNetworkPerson> likers(const QString &activityId);
+    /// Those in whose properties each pattern is found.
+    QList<SocialNetworkPerson> persons(const PropertyFilter &filter);
+    /// Who of them likes the activity, in the order in which they came to like it.
+    QList<SocialNetworkPerson> likers(const QString &activityId, const PropertyFilter &filter);
     QList<SocialActivity> activities(const SocialGetActivitiesRequest &filters);
     bool hasActivity(const QString &id);
     SocialActivity activity(const QString &id);

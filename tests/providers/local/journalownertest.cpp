@@ -164,6 +164,12 @@ void JournalOwnerTest::personsMatchEveryPattern_data()
         << QStringList{QStringLiteral("PhoneNumber=.*")} << QStringList();
     QTest::newRow("one person has the property")
         << QStringList{QStringLiteral("LastName=.*")} << QStringList{ada};
+    QTest::newRow("all are of the account") << QStringList{QStringLiteral("ParentAccount=^local$")}
+                                            << QStringList{ada, ben, QStringLiteral("local:me")};
+    QTest::newRow("about oneself")
+        << QStringList{QStringLiteral("AboutMe=^hi$")} << QStringList{ada};
+    QTest::newRow("a name is made of what there is")
+        << QStringList{QStringLiteral("Description=^ben$")} << QStringList{ben};
     QTest::newRow("case matters") << QStringList{QStringLiteral("ScreenName=ADA")} << QStringList();
 }
 
