@@ -24,7 +24,6 @@ QString jsonList(const QStringList &texts)
 }
 
 ActivityQuery::ActivityQuery(const SocialGetActivitiesRequest &request)
-    : sql(Rows::selectActivities() + QStringLiteral("WHERE TRUE"))
 {
     addLists(request);
     addTimes(request);
@@ -33,7 +32,15 @@ ActivityQuery::ActivityQuery(const SocialGetActivitiesRequest &request)
         add(QStringLiteral("a.parent = ?"), request.parentActivityIdFilter());
     if (request.activityFilter() != SocialActivity::AnyType)
         add(QStringLiteral("a.type = ?"), int(request.activityFilter()));
-    sql += QStringLiteral(" ORDER BY a.time DESC, a.number DESC LIMIT ?");
+    const QString order = QStringLiteral(" ORDER BY a.time DESC, a.number DESC");
+    QString filter = QStringLiteral("WHERE TRUE") + conditions;
+    // First which ones: what is said about an activity takes longer than to sort it.
+    if (sorted && request.limit() > 0)
+        filter = QStringLiteral("WHERE a.number IN (SELECT a.number FROM activities a ") + filter
+            + order + QStringLiteral(" LIMIT ?)") + order;
+    else
+        filter += order + QStringLiteral(" LIMIT ?");
+    sql = Rows::selectActivities() + filter;
     // Below 0 means no limit to SQLite.
     values.append(request.limit() > 0 ? request.limit() : -1);
 }
@@ -41,14 +48,15 @@ ActivityQuery::ActivityQuery(const SocialGetActivitiesRequest &request)
 void ActivityQuery::addLists(const SocialGetActivitiesRequest &request)
 {
     const QStringList persons = request.personsFilter();
-    // Those of one person need not be sorted.
+    const QStringList ids = request.activityIdsFilter();
+    sorted = persons.size() > 1 || !ids.isEmpty();
+    // One person's are in their order.
     if (persons.size() == 1)
         add(QStringLiteral("a.owner = ?"), persons.constFirst());
     else if (!persons.isEmpty())
         add(QStringLiteral("a.owner IN (SELECT value FROM json_each(?))"), jsonList(persons));
-    if (!request.activityIdsFilter().isEmpty())
-        add(QStringLiteral("a.id IN (SELECT value FROM json_each(?))"),
-            jsonList(request.activityIdsFilter()));
+    if (!ids.isEmpty())
+        add(QStringLiteral("a.id IN (SELECT value FROM json_each(?))"), jsonList(ids));
 }
 
 void ActivityQuery::addTimes(const SocialGetActivitiesRequest &request)
@@ -71,6 +79,7 @@ void ActivityQuery::addTimeline(const SocialGetActivitiesRequest &request)
         add(QStringLiteral("a.owner = ?"), Journal::Me);
         break;
     case KinletTimeline::Favorites:
+        sorted = true;
         add(QStringLiteral("a.id IN (SELECT activity FROM likes WHERE person = ?)"), Journal::Me);
         break;
     case KinletTimeline::Private:
@@ -79,13 +88,13 @@ void ActivityQuery::addTimeline(const SocialGetActivitiesRequest &request)
     case KinletTimeline::Custom:
     default:
         // The journal has no such timeline: nothing is in it.
-        sql += QStringLiteral(" AND FALSE");
+        conditions += QStringLiteral(" AND FALSE");
         break;
     }
 }
 
 void ActivityQuery::add(const QString &condition, const QVariant &value)
 {
-    sql += QStringLiteral(" AND ") + condition;
+    conditions += QStringLiteral(" AND ") + condition;
     values.append(value);
 }

@@ -22,4 +22,8 @@ private:
     void addTimes(const SocialGetActivitiesRequest &request);
     void addTimeline(const SocialGetActivitiesRequest &request);
     void add(const QString &condition, const QVariant &value);
+
+    QString conditions;
+    // Whether they are not found in their order.
+    bool sorted = false;
 };

@@ -114,7 +114,7 @@ void JournalQueriesTest::activities_data()
         [](SocialGetActivitiesRequest &request) {
             request.setPersonsFilter({QStringLiteral("a")});
         });
-    row("of persons", "SEARCH a USING INDEX activitiesByOwner (owner=?)", true,
+    row("of persons", "SEARCH a USING COVERING INDEX activitiesByOwner (owner=?)", true,
         [](SocialGetActivitiesRequest &request) {
             request.setPersonsFilter({QStringLiteral("a"), QStringLiteral("b")});
         });
