@@ -179,15 +179,17 @@ void JournalFileTest::folderIsAFile()
 void JournalFileTest::notWritable_data()
 {
     QTest::addColumn<bool>("folder");
+    QTest::addColumn<QByteArray>("advice");
 
-    QTest::newRow("file") << false;
-    QTest::newRow("folder") << true;
+    QTest::newRow("file") << false << QByteArray("Make the file and its folder writable");
+    QTest::newRow("folder") << true << QByteArray("See that it and its folder can be written");
 }
 
 // In a process to which permissions apply: those of the super-user do not know them.
 void JournalFileTest::notWritable()
 {
     QFETCH(bool, folder);
+    QFETCH(QByteArray, advice);
 
     makeJournal(*sandbox, 3);
     const QString path = folder ? sandbox->folder() : sandbox->databasePath();
@@ -204,6 +206,7 @@ void JournalFileTest::notWritable()
     const QByteArray said = process.readAllStandardOutput();
     QCOMPARE(said.count("error "), 4);
     QCOMPARE(said.count(QFile::encodeName(sandbox->databasePath())), 4);
+    QCOMPARE(said.count(advice), 4);
     QCOMPARE(JournalSandbox::read(sandbox->databasePath()), before);
 }
 
