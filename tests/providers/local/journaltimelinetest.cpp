@@ -143,6 +143,23 @@ void JournalTimelineTest::filters_data()
     row("one person", "s6 s5 s3 s1 s0", [&](Request &r) { r.setPersonsFilter(list("a")); });
     row("two persons", "m1 b1 s4 c1 s2",
         [&](Request &r) { r.setPersonsFilter(list("local:me b")); });
+    row("newest of two persons", "s6 b1 s5", [&](Request &r) {
+        r.setPersonsFilter(list("a b"));
+        r.setLimit(3);
+    });
+    row("newest of two persons before", "s2 s1", [&](Request &r) {
+        r.setPersonsFilter(list("a b"));
+        r.setBefore(minute(3));
+        r.setLimit(2);
+    });
+    row("all of two persons", "s6 b1 s5 s4 s3 c1 s2 s1 s0", [&](Request &r) {
+        r.setPersonsFilter(list("a b"));
+        r.setLimit(0);
+    });
+    row("all favourites", "s2", [](Request &r) {
+        r.setTimelineType(KinletTimeline::Favorites);
+        r.setLimit(0);
+    });
     row("unknown person", "", [&](Request &r) { r.setPersonsFilter(list("nobody")); });
     row("ids", "s3 s1", [&](Request &r) { r.setActivityIdsFilter(list("s1 s3 nowhere")); });
     row("unknown id", "", [&](Request &r) { r.setActivityIdsFilter(list("nowhere")); });
