@@ -118,9 +118,20 @@ struct Header {
     int type = 0;
     /// Bytes of the type, of the flag of a null value, and of a type that is told by its name.
     int size = 0;
-    /// Whether it is a type of somebody's own, and the value is not null.
+    /// Whether it is surely a value of a user's type that is not null.
     bool isUserValue = false;
 };
+
+constexpr quint32 UserTypeInQt4 = 127;
+constexpr quint32 UserTypeInQt5 = 1024;
+constexpr quint32 UserTypeInQt6 = 65536;
+
+quint32 userTypeIn(int version)
+{
+    if (version < QDataStream::Qt_5_0)
+        return UserTypeInQt4;
+    return version <= QDataStream::Qt_5_15 ? UserTypeInQt5 : UserTypeInQt6;
+}
 
 quint32 numberAt(const QDataStream &in, const char *bytes)
 {
@@ -169,14 +180,15 @@ Header peekHeader(QDataStream &in)
     if (in.version() < QDataStream::Qt_4_2 || in.device()->peek(start, NameOffset) != NameOffset)
         return {};
     const quint32 type = numberAt(in, start);
-    if (type == 127 || type == 1024 || type == 65536) { // a user's type in Qt 4, Qt 5 and Qt 6
+    if (type == UserTypeInQt4 || type == UserTypeInQt5 || type == UserTypeInQt6) {
         const quint32 length = numberAt(in, start + PlainSize);
         if (length > in.device()->bytesAvailable())
             return {};
         const QByteArray name = in.device()->peek(NameOffset + length).mid(NameOffset);
         const int named = typeNamed(name.constData());
         const bool isNull = start[PlainSize - 1] != 0;
-        return {named, NameOffset + int(length), named >= QMetaType::User && !isNull};
+        const bool isUserType = named >= QMetaType::User && type == userTypeIn(in.version());
+        return {named, NameOffset + int(length), isUserType && !isNull};
     }
     const bool isMoved = in.version() < QDataStream::Qt_5_0 && type >= 128;
     return {int(isMoved ? type - 97 : type), PlainSize};
@@ -250,17 +262,24 @@ void readContents(QDataStream &in, const Header &header, QVariant &value, Read r
     *static_cast<Container *>(const_cast<void *>(value.constData())) = contents;
 }
 
-// As Qt does, which would look for the type's name once more.
+// As Qt does, which would read and look for the type's name once more.
 void readUserValue(QDataStream &in, const Header &header, QVariant &value)
 {
-    in.skipRawData(header.size);
 #if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     value = QVariant(header.type, nullptr);
+#else
+    value = QVariant(QMetaType(header.type));
+#endif
+    // A type whose values cannot be made.
+    if (!value.isValid()) {
+        in >> value;
+        return;
+    }
+    in.skipRawData(header.size);
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
     const bool isRead = QMetaType::load(in, header.type, value.data());
 #else
-    const QMetaType type(header.type);
-    value = QVariant(type);
-    const bool isRead = type.load(in, value.data());
+    const bool isRead = value.metaType().load(in, value.data());
 #endif
     if (!isRead)
         in.setStatus(QDataStream::ReadCorruptData);

@@ -66,6 +66,17 @@ SocialGenericData recordOfEverything()
 
 }
 
+// Has no stream operators.
+struct Mute {
+    int number = 0;
+};
+Q_DECLARE_METATYPE(Mute)
+
+struct Unique {
+    Unique() = default;
+    Q_DISABLE_COPY(Unique)
+};
+
 /// What is read must be what Qt's own readers make of the same bytes.
 class SameAsQtTest : public QObject {
     Q_OBJECT
@@ -84,6 +95,8 @@ private Q_SLOTS:
     void survivesFlippedTopBits();
     void readsNamedContainers_data();
     void readsNamedContainers();
+    void readsUserTypes_data();
+    void readsUserTypes();
     void readsAfterErrors();
     void readsInOtherSettings_data();
     void readsInOtherSettings();
@@ -92,6 +105,11 @@ private Q_SLOTS:
 void SameAsQtTest::initTestCase()
 {
     KinletInitializer::init();
+    qRegisterMetaType<Mute>("Mute");
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    // Only here it can be registered.
+    qRegisterMetaType<Unique>("Unique");
+#endif
     // Qt complains about each unknown type.
     qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
 }
@@ -225,6 +243,36 @@ void SameAsQtTest::readsNamedContainers()
     const QByteArray bytes = hex("ffffffff 00000001 00000002 0058") + value;
     QVERIFY(readByKinlet(bytes, version, QDataStream::BigEndian)
             == readByQt(bytes, version, QDataStream::BigEndian));
+}
+
+void SameAsQtTest::readsUserTypes_data()
+{
+    QTest::addColumn<QByteArray>("value");
+    const QByteArray contents = hex("00000001 00000002 0061 ffffffff ffffffff");
+    for (const char *type : {"0000007f", "00000400", "00010000", "00000401", "00010001"}) {
+        for (const char *name : {"Media", "Mute", "Unique", "Nobody", "QString", ""}) {
+            for (const char *flag : {"00", "01"}) {
+                const QByteArray nameAndZero = QByteArray(name) + '\0';
+                QTest::addRow("%s, type %s, flag %s", name, type, flag) << hex(type) + hex(flag)
+                        + written(quint32(nameAndZero.size())) + nameAndZero + contents;
+            }
+        }
+    }
+}
+
+void SameAsQtTest::readsUserTypes()
+{
+    QFETCH(QByteArray, value);
+    const QByteArray bytes = hex("ffffffff 00000001 00000002 0058") + value;
+    for (const int version :
+         {int(QDataStream::Qt_4_8), int(QDataStream::Qt_5_15), DefaultVersion}) {
+        for (int length = 0; length <= bytes.size(); ++length) {
+            const QByteArray cut = bytes.left(length);
+            QVERIFY2(readByKinlet(cut, version, QDataStream::BigEndian)
+                         == readByQt(cut, version, QDataStream::BigEndian),
+                     qPrintable(QString::number(length)));
+        }
+    }
 }
 
 // A property whose key is corrupt: Qt goes on with its value, and so the stream stands elsewhere.
