@@ -39,7 +39,7 @@ void PlainReader::end()
 bool PlainReader::readProperty(QString &key, QVariant &value)
 {
     const char *const start = m_at;
-    if (m_buffer && readText(key) && readValue(value))
+    if (readText(key) && readValue(value))
         return true;
     m_at = start;
     return false;

@@ -19,12 +19,13 @@ public:
 
     /// Reads a text and a value. False if they are left to the stream.
     bool readProperty(QString &key, QVariant &value);
+    /// Reads a text; if it is left to the stream, nothing else may follow.
+    bool readText(QString &text);
     /// Lets the stream go on from here; begin() comes before anything else is read by this.
     void end();
     void begin();
 
 private:
-    bool readText(QString &text);
     bool readValue(QVariant &value);
     bool readTime(QVariant &value);
     template <typename T>

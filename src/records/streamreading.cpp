@@ -345,7 +345,11 @@ void readVariant(QDataStream &in, QVariant &value)
 
 void readElement(QDataStream &in, QString &text)
 {
-    readUnlessOversized(in, text, 2);
+    PlainReader plain(in);
+    if (plain.readText(text))
+        plain.end();
+    else
+        readUnlessOversized(in, text, 2);
 }
 
 void readElement(QDataStream &in, QByteArray &bytes)
