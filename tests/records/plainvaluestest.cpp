@@ -14,7 +14,8 @@
 
 namespace {
 
-using MakeDevice = QBuffer *(*)();
+// A device that is open and yields those bytes.
+using MakeDevice = QBuffer *(*)(const QByteArray &);
 
 // Reads other bytes than it holds.
 class Masked : public QBuffer {
@@ -33,6 +34,13 @@ QByteArray masked(QByteArray bytes)
     for (char &byte : bytes)
         byte = char(byte ^ 0x55);
     return bytes;
+}
+
+QBuffer *opened(QBuffer *device, const QByteArray &bytes, QIODevice::OpenMode mode)
+{
+    device->setData(bytes);
+    device->open(mode);
+    return device;
 }
 
 }
@@ -246,32 +254,29 @@ void PlainValuesTest::readsRepeatedKeys()
 void PlainValuesTest::readsFromOtherDevices_data()
 {
     QTest::addColumn<MakeDevice>("makeDevice");
-    QTest::addColumn<QIODevice::OpenMode>("mode");
-    QTest::addColumn<bool>("isMasked");
-    const MakeDevice buffer = [] { return new QBuffer; };
-    const MakeDevice derived = []() -> QBuffer * { return new Masked; };
-    QTest::newRow("buffer") << buffer << QIODevice::OpenMode(QIODevice::ReadOnly) << false;
-    QTest::newRow("writable buffer")
-        << buffer << QIODevice::OpenMode(QIODevice::ReadWrite) << false;
-    QTest::newRow("text mode") << buffer << (QIODevice::ReadOnly | QIODevice::Text) << false;
-    QTest::newRow("class derived from a buffer")
-        << derived << QIODevice::OpenMode(QIODevice::ReadOnly) << true;
+    const auto row = [](const char *name, MakeDevice make) { QTest::newRow(name) << make; };
+    row("buffer",
+        [](const QByteArray &bytes) { return opened(new QBuffer, bytes, QIODevice::ReadOnly); });
+    row("writable buffer",
+        [](const QByteArray &bytes) { return opened(new QBuffer, bytes, QIODevice::ReadWrite); });
+    row("text mode", [](const QByteArray &bytes) {
+        return opened(new QBuffer, bytes, QIODevice::ReadOnly | QIODevice::Text);
+    });
+    row("class derived from a buffer", [](const QByteArray &bytes) {
+        return opened(new Masked, masked(bytes), QIODevice::ReadOnly);
+    });
 }
 
 void PlainValuesTest::readsFromOtherDevices()
 {
     QFETCH(MakeDevice, makeDevice);
-    QFETCH(QIODevice::OpenMode, mode);
-    QFETCH(bool, isMasked);
     // Text mode drops the first of the two characters.
     const QByteArray record = written(recordWith(QVariant(QStringLiteral("line\r\n"))));
     const QByteArray before = hex("01020304");
     for (int length = 0; length <= record.size(); ++length) {
         const QByteArray cut = before + record.left(length);
         const auto outcomeOf = [&](auto read) {
-            const std::unique_ptr<QBuffer> device(makeDevice());
-            device->setData(isMasked ? masked(cut) : cut);
-            device->open(mode);
+            const std::unique_ptr<QBuffer> device(makeDevice(cut));
             device->skip(before.size());
             QDataStream in(device.get());
             Outcome outcome;
