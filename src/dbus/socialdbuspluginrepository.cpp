@@ -6,6 +6,7 @@
 #include "dbus/busnames.h"
 #include "dbus/kinletinterfaceproxy.h"
 #include "dbus/kinletrunnerinterface.h"
+#include "dbus/receivelimit.h"
 
 #include <QDBusConnection>
 #include <QDBusInterface>
@@ -61,6 +62,7 @@ void SocialDBusPluginRepository::collectPlugins()
                     << "D-Bus not running? Not able to connect to social networks.\n";
         return;
     }
+    raiseReceiveLimit(bus);
     // Before the lists are asked for: nobody who comes or goes meanwhile is missed.
     d->watcher->setConnection(bus);
     connect(d->watcher, SIGNAL(serviceRegistered(QString)), this,

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "dbus/busnames.h"
+#include "dbus/receivelimit.h"
 #include "exitcodes.h"
 #include "interrupt.h"
 #include "providerplugin.h"
@@ -58,6 +59,7 @@ int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interr
                     QStringLiteral("there is no session bus: %1; 'dbus-run-session' "
                                    "starts one")
                         .arg(bus.lastError().message()));
+    raiseReceiveLimit(bus);
     // First, so that it hears of what goes wrong in init().
     RunnerHost host(loaded.provider.get(), loaded.name, bus);
     loaded.provider->init();
