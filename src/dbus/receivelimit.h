@@ -5,8 +5,8 @@
 
 class QDBusConnection;
 
-/// Lets \a bus, which is connected, hold as many messages that have come and have not been handled yet as the bus itself
-/// would.
+/// Lets \a bus, which is connected, hold as many messages that wait to be handled as the bus itself
+/// would keep for it.
 ///
 /// libdbus stops reading at 63 MiB of them until some are handled. QtDBus handles them in another
 /// thread than it reads in, and from there it cannot be told to read on: the connection would stay
