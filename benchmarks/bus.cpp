@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "busexchange.h"
+#include "busmessages.h"
 #include "busprocess.h"
 #include "bussdbus.h"
 #include "records/valuetypes.h"
@@ -53,6 +54,8 @@ void addRow(Exchanges &exchanges, const Contender &contender, int records, int a
         std::unique_ptr<Exchange> &exchange = exchanges[what + contender.name];
         if (!exchange)
             exchange = contender.make(records);
+        if (atOnce == 1)
+            state.counters["messages"] = messagesPerRequest(*exchange);
         for (auto _ : state)
             exchange->perform(atOnce);
     };
