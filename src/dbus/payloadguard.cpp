@@ -10,6 +10,8 @@
 #include <QMetaType>
 #include <QVariant>
 
+#include <string>
+
 namespace {
 
 constexpr int DeepestNesting = 64;
@@ -81,7 +83,7 @@ private:
     void media();
     void variant(int depth);
     bool value(int type, int depth);
-    bool namedValue(const QByteArray &name, int depth);
+    bool namedValue(std::string_view name, int depth);
     bool ownValue(const QByteArray &name, int depth);
 
     Allowance &m_allowance;
@@ -90,12 +92,12 @@ private:
 void Walk::pattern()
 {
     const int at = position();
-    const QByteArray units = text();
+    const std::string_view units = text();
     skip(sizeof(quint8));
     const int syntax = number<quint8>();
     skip(sizeof(quint8));
-    QString pattern(units.size() / 2, Qt::Uninitialized);
-    qFromBigEndian<quint16>(units.constData(), pattern.size(), pattern.data());
+    QString pattern(int(units.size() / 2), Qt::Uninitialized);
+    qFromBigEndian<quint16>(units.data(), pattern.size(), pattern.data());
     const auto cost = patternCost(pattern, syntax);
     if (!cost || *cost > m_allowance.patternCost || m_allowance.patterns == 0) {
         unsafe(at);
@@ -235,10 +237,10 @@ bool Walk::ownValue(const QByteArray &name, int depth)
     return true;
 }
 
-bool Walk::namedValue(const QByteArray &name, int depth)
+bool Walk::namedValue(std::string_view name, int depth)
 {
     // A copy, for the null byte at its end: the stream may have none.
-    const int type = typeId(QByteArray(name.constData(), name.size()).constData());
+    const int type = typeId(std::string(name).c_str());
     if (type == QMetaType::UnknownType)
         return false;
     if (type < QMetaType::User)

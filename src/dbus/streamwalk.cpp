@@ -29,29 +29,29 @@ bool StreamWalk::skip(int size)
     return whole;
 }
 
-QByteArray StreamWalk::block(quint32 size)
+std::string_view StreamWalk::block(quint32 size)
 {
     const char *at = m_bytes.constData() + m_position;
-    return skip(int(qMin<quint32>(size, INT_MAX))) ? QByteArray::fromRawData(at, int(size))
-                                                   : QByteArray();
+    return skip(int(qMin<quint32>(size, INT_MAX))) ? std::string_view(at, size)
+                                                   : std::string_view();
 }
 
-QByteArray StreamWalk::text()
+std::string_view StreamWalk::text()
 {
     const auto size = number<quint32>();
     if (size == 0xffffffff || size == 0)
-        return QByteArray();
+        return {};
     if (size % 2 != 0) {
         fail(QDataStream::ReadCorruptData);
-        return QByteArray();
+        return {};
     }
     return block(size);
 }
 
-QByteArray StreamWalk::byteArray()
+std::string_view StreamWalk::byteArray()
 {
     const auto size = number<quint32>();
-    return size == 0xffffffff ? QByteArray() : block(size);
+    return size == 0xffffffff ? std::string_view() : block(size);
 }
 
 void StreamWalk::texts()
@@ -86,9 +86,9 @@ void StreamWalk::timeZone()
     const int at = m_position;
     const auto zone = [this] {
         QString id;
-        const QByteArray units = text();
-        for (int i = 0; i + 1 < units.size(); i += 2)
-            id.append(QChar(qFromBigEndian<quint16>(units.constData() + i)));
+        const std::string_view units = text();
+        for (size_t i = 0; i + 1 < units.size(); i += 2)
+            id.append(QChar(qFromBigEndian<quint16>(units.data() + i)));
         return id;
     };
     QString id = zone();

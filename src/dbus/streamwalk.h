@@ -8,6 +8,8 @@
 #include <QIODevice>
 #include <QtEndian>
 
+#include <string_view>
+
 /**
  * Walks over the bytes of a big-endian QDataStream without making anything of them. Follows Qt's
  * readers step by step: like them it goes on after a short or corrupt field, with the status set,
@@ -29,9 +31,10 @@ protected:
     bool skip(int size);
     template <typename T>
     T number();
+    // Views, for on Qt 5 even an array that only points elsewhere takes memory of its own.
     /// The UTF-16 code units of a string.
-    QByteArray text();
-    QByteArray byteArray();
+    std::string_view text();
+    std::string_view byteArray();
 
     /// A container whose shortest element has that many bytes.
     template <typename Element>
@@ -71,7 +74,7 @@ private:
 
     bool goesOn() const { return m_status == QDataStream::Ok && m_unsafeAt < 0; }
     void fail(QDataStream::Status status);
-    QByteArray block(quint32 size);
+    std::string_view block(quint32 size);
     void timeZone();
 
     const QByteArray &m_bytes;
