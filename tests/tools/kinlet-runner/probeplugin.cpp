@@ -73,7 +73,7 @@ public:
             || request->type() == SocialDataRequest::GetAccounts)
             KinletInterface::performRequest(request);
         else if (behaviour == QLatin1String("later"))
-            QTimer::singleShot(50, this, [this, guard = QPointer<SocialDataRequest>(request)] {
+            QTimer::singleShot(50, this, [guard = QPointer<SocialDataRequest>(request)] {
                 if (guard)
                     answer(guard);
             });
