@@ -52,6 +52,7 @@ public:
 
     /// The provider of that name, or a null handle.
     QSharedPointer<KinletInterface> provider(const QString &name) const;
+    /// Whether there is a provider of that name.
     bool hasProvider(const QString &name) const;
     /// In no particular order.
     QList<QString> allProviderNames() const;
@@ -78,10 +79,15 @@ public:
      */
     void performRequest(SocialDataRequest *request, const QList<SocialServiceAccount> &accounts);
 
-    // The registry: copies of what the providers have reported so far, each answer in place of an
-    // earlier one. Nothing is merged: several providers may report one id. All lookups walk the
-    // providers in the order of their names; within one, in the order of its answer. Ids are
-    // compared exactly. What is not found is an empty record of its type, or a null text.
+    /**
+     * \name The registry
+     *
+     * Copies of what the providers have reported so far, each answer in place of an earlier one.
+     * Nothing is merged: several providers may report one id. All lookups walk the providers in the
+     * order of their names; within one, in the order of its answer. Ids are compared exactly. What
+     * is not found is an empty record of its type, or a null text.
+     * @{
+     */
 
     /// Every service of every provider.
     QList<SocialService> services() const;
@@ -99,6 +105,8 @@ public:
     QString providerNameFromAccountId(const QString &accountId) const;
     /// The service of the account with that id.
     SocialService serviceFromAccountId(const QString &accountId) const;
+
+    /** @} */
 
 Q_SIGNALS:
     /// A provider has pushed persons; \a updatedProperties names what it says has changed in them.

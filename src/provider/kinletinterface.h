@@ -37,6 +37,7 @@ class KINLET_EXPORT KinletInterface : public PersonCollectorInterface {
     Q_OBJECT
 
 public:
+    /// A provider that nobody has asked yet.
     explicit KinletInterface(QObject *parent = nullptr);
     ~KinletInterface() override;
 

@@ -19,6 +19,7 @@ class KINLET_EXPORT PersonCollectorInterface : public QObject {
     Q_OBJECT
 
 public:
+    /// Plug-ins are made without a parent: who loads them deletes them.
     explicit PersonCollectorInterface(QObject *parent = nullptr);
     ~PersonCollectorInterface() override;
 

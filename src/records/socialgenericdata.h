@@ -40,7 +40,9 @@ public:
     SocialGenericData();
     /// A record of the kind \a className, without properties.
     explicit SocialGenericData(const QString &className);
+    /// A record that shares the data of \a other.
     SocialGenericData(const SocialGenericData &other);
+    /// Makes this record share the data of \a other.
     SocialGenericData &operator=(const SocialGenericData &other);
     virtual ~SocialGenericData();
 
@@ -49,6 +51,7 @@ public:
 
     /// What the record describes, for example "SocialActivity"; empty for a plain record.
     QString className() const;
+    /// Replaces the class name.
     void setClassName(const QString &name);
 
     /// The property as text; a null string when it is absent, an empty one when its value has no

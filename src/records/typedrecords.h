@@ -5,7 +5,9 @@
 
 #include "records/socialgenericdata.h"
 
-/*
+/**
+ * \file
+ *
  * The four kinds of record that the library knows. They add no data to SocialGenericData: each
  * fixes the class name and spells the property keys once for everybody. The text of a key is its
  * name.
@@ -23,10 +25,13 @@
 /// A person: a contact, an author, somebody who likes something.
 class KINLET_EXPORT SocialNetworkPerson : public SocialGenericData {
 public:
+    /// "SocialNetworkPerson"
     static const QString ClassName;
     /// The name that the network shows.
     static const QString ScreenName;
+    /// The given name.
     static const QString FirstName;
+    /// The family name.
     static const QString LastName;
     /// QVariantList of Media, or QStringList of URLs; the first is the preferred one.
     static const QString AvatarList;
@@ -34,10 +39,13 @@ public:
     static const QString Status;
     /// QDateTime
     static const QString StatusChangeTime;
+    /// What the person says of itself.
     static const QString AboutMe;
+    /// How the person stands to the account's user.
     static const QString Relationship;
     /// URL of the person's page.
     static const QString ProfileLink;
+    /// A telephone number.
     static const QString PhoneNumber;
     /// QStringList
     static const QString EmailAddresses;
@@ -46,7 +54,9 @@ public:
     /// QDate
     static const QString Birthday;
 
+    /// An empty person.
     SocialNetworkPerson();
+    /// The same properties as a person.
     SocialNetworkPerson(const SocialGenericData &other);
     ~SocialNetworkPerson() override;
 };
@@ -64,12 +74,15 @@ public:
         AnyType = 4
     };
 
+    /// "SocialActivity"
     static const QString ClassName;
     /// QDateTime
     static const QString StartTime;
     /// QDateTime
     static const QString EndTime;
+    /// Id of the person who published it.
     static const QString OwnerPersonId;
+    /// Id of the person whom it is meant for.
     static const QString ReceiverPersonId;
     /// int, a SocialActivity::Type
     static const QString ActivityType;
@@ -84,7 +97,9 @@ public:
     /// SocialActivityAttachment
     static const QString Attachment;
 
+    /// An empty activity.
     SocialActivity();
+    /// The same properties as an activity.
     SocialActivity(const SocialGenericData &other);
     ~SocialActivity() override;
 };
@@ -92,6 +107,7 @@ public:
 /// A social network as a provider offers it. Its name for people is the Description.
 class KINLET_EXPORT SocialService : public SocialGenericData {
 public:
+    /// "SocialService"
     static const QString ClassName;
     /// Name of the provider that offers the service.
     static const QString ProviderName;
@@ -108,7 +124,9 @@ public:
     /// bool: whether applications merge its persons with their own contacts without asking.
     static const QString ForceAutomerged;
 
+    /// An empty service.
     SocialService();
+    /// The same properties as a service.
     SocialService(const SocialGenericData &other);
     ~SocialService() override;
 };
@@ -116,12 +134,15 @@ public:
 /// A user's account on a service.
 class KINLET_EXPORT SocialServiceAccount : public SocialGenericData {
 public:
+    /// "SocialServiceAccount"
     static const QString ClassName;
     /// Id of the SocialService that the account belongs to; the manager finds services by it.
     static const QString SocialServiceId;
     /// Id of the person who is the account's user.
     static const QString ProfileId;
+    /// The account's name for people.
     static const QString AccountName;
+    /// The user's name on the network.
     static const QString UserName;
     /// URL of a picture.
     static const QString Avatar;
@@ -132,7 +153,9 @@ public:
     /// importEnded().
     static const QString ImportProgress;
 
+    /// An empty account.
     SocialServiceAccount();
+    /// The same properties as an account.
     SocialServiceAccount(const SocialGenericData &other);
     ~SocialServiceAccount() override;
 };

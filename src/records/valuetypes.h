@@ -12,7 +12,9 @@
 
 class QDataStream;
 
-/*
+/**
+ * \file
+ *
  * Values that records carry in their properties. All are plain structures, copied by value. Inside
  * a QVariant they can be streamed once KinletInitializer::init() has run.
  *
@@ -26,6 +28,7 @@ struct Media {
     /// Values of kind.
     enum Kind : int { UnknownKind = 0, Image = 1, Video = 2, Audio = 3, Link = 4 };
 
+    /// A Kind.
     qint32 kind = UnknownKind;
     /// URL of the thing itself.
     QString firstText;
@@ -57,6 +60,7 @@ struct SocialActivityAttachment {
     QString thirdText;
     /// URL that the attachment leads to.
     QString fourthText;
+    /// Pictures, films, sounds and links.
     QList<Media> media;
 };
 
@@ -64,18 +68,29 @@ struct SocialActivityAttachment {
 struct SocialImportProgress {
     /// True while the import runs; the counts are those of a finished one.
     bool running = false;
+    /// How many contacts are new.
     qint32 contactsAdded = 0;
+    /// How many contacts have gone.
     qint32 contactsRemoved = 0;
+    /// How many contacts were merged with others.
     qint32 contactsMerged = 0;
 };
 
+/// Writes the fields in their order.
 KINLET_EXPORT QDataStream &operator<<(QDataStream &out, const Media &media);
+/// Reads the fields in their order.
 KINLET_EXPORT QDataStream &operator>>(QDataStream &in, Media &media);
+/// Writes the fields in their order.
 KINLET_EXPORT QDataStream &operator<<(QDataStream &out, const SocialActionIconTexts &texts);
+/// Reads the fields in their order.
 KINLET_EXPORT QDataStream &operator>>(QDataStream &in, SocialActionIconTexts &texts);
+/// Writes the fields in their order.
 KINLET_EXPORT QDataStream &operator<<(QDataStream &out, const SocialActivityAttachment &attachment);
+/// Reads the fields in their order.
 KINLET_EXPORT QDataStream &operator>>(QDataStream &in, SocialActivityAttachment &attachment);
+/// Writes the fields in their order.
 KINLET_EXPORT QDataStream &operator<<(QDataStream &out, const SocialImportProgress &progress);
+/// Reads the fields in their order.
 KINLET_EXPORT QDataStream &operator>>(QDataStream &in, SocialImportProgress &progress);
 
 // Below the operators: Qt 6 takes note of them when a type is declared.

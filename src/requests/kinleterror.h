@@ -41,9 +41,11 @@ public:
     KinletError(Type type = UnknownError, const QString &description = QString());
     /// Copies are deep: an error shares nothing.
     KinletError(const KinletError &other);
+    /// Copies are deep.
     KinletError &operator=(const KinletError &other);
     virtual ~KinletError();
 
+    /// What went wrong, for programs.
     Type type() const;
     /// What happened, for people; empty when the reporter gave none.
     QString description() const;

@@ -74,6 +74,7 @@ public:
 
     /// The kind, a value of Type.
     int type() const;
+    /// How far it has come.
     Status status() const;
     /// Whether the status is Started or Progressing.
     bool isActive() const;
@@ -124,5 +125,6 @@ Q_SIGNALS:
     void finished(SocialDataRequest *self);
 
 protected:
+    /// The private data, which subclasses extend. Never null.
     const std::unique_ptr<SocialDataRequestPrivate> d_ptr;
 };

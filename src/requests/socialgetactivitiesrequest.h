@@ -24,38 +24,47 @@ public:
 
     /// Ids of the persons who published the activities; empty means everybody.
     QStringList personsFilter() const;
+    /// Replaces the persons.
     void setPersonsFilter(const QStringList &personIds);
 
     /// How many activities each provider may answer with, the newest ones. Initially 10.
     int limit() const;
+    /// Replaces the limit.
     void setLimit(int limit);
 
     /// Only activities older than this; null means no bound.
     QDateTime before() const;
+    /// Replaces the bound.
     void setBefore(const QDateTime &before);
 
     /// Only activities newer than this; null means no bound.
     QDateTime after() const;
+    /// Replaces the bound.
     void setAfter(const QDateTime &after);
 
     /// Only activities of this type. Initially SocialActivity::AnyType. One byte on the wire.
     SocialActivity::Type activityFilter() const;
+    /// Replaces the type.
     void setActivityFilter(SocialActivity::Type type);
 
     /// Only the activities with these ids; empty means any.
     QStringList activityIdsFilter() const;
+    /// Replaces the ids.
     void setActivityIdsFilter(const QStringList &activityIds);
 
     /// Only comments on this activity; null means any activity.
     QString parentActivityIdFilter() const;
+    /// Replaces the activity.
     void setParentActivityIdFilter(const QString &activityId);
 
-    /// Initially KinletTimeline::Any. One byte on the wire.
+    /// The timeline to take them from. Initially KinletTimeline::Any. One byte on the wire.
     KinletTimeline::TimelineType timelineType() const;
+    /// Replaces the timeline.
     void setTimelineType(KinletTimeline::TimelineType type);
 
     /// Whether a provider should ask its network even if it holds a fresh answer. Initially false.
     bool forceRefresh() const;
+    /// Replaces the choice.
     void setForceRefresh(bool force);
 
     /// The results as activities, every record of them, in their order; empty before an answer.

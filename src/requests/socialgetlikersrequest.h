@@ -10,6 +10,7 @@ class KINLET_EXPORT SocialGetLikersRequest : public SocialGetPersonsRequest {
     Q_OBJECT
 
 public:
+    /// Asks for the likers of that activity.
     Q_INVOKABLE explicit SocialGetLikersRequest(const QString &activityId = QString());
     ~SocialGetLikersRequest() override;
 

@@ -10,6 +10,7 @@ class KINLET_EXPORT SocialLikeActivityRequest : public SocialDataRequest {
     Q_OBJECT
 
 public:
+    /// Likes that activity, or takes the like back.
     Q_INVOKABLE explicit SocialLikeActivityRequest(const QString &activityId = QString(),
                                                    bool like = true);
     ~SocialLikeActivityRequest() override;
