@@ -4,6 +4,7 @@
 #include "providerplugin.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QPluginLoader>
 
 QString pluginFolder()
@@ -26,8 +27,9 @@ QStringList pluginFiles()
 LoadedProvider loadFile(const QString &path)
 {
     LoadedProvider loaded;
-    // Never unloaded: the library stays as long as the process.
-    QPluginLoader loader(path);
+    // Never unloaded: the library stays as long as the process. Qt would look for a relative path
+    // in folders of its own, not in the working folder.
+    QPluginLoader loader(QFileInfo(path).absoluteFilePath());
     QObject *root = loader.instance();
     if (!root) {
         loaded.problem = QStringLiteral("%1 cannot be loaded: %2").arg(path, loader.errorString());

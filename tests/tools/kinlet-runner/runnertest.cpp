@@ -7,6 +7,7 @@
 #include "requests/socialgetpersonsrequest.h"
 
 #include <QDBusConnection>
+#include <QDir>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -16,6 +17,7 @@ class RunnerTest : public ProbeTest {
     Q_OBJECT
 
 private Q_SLOTS:
+    void servesByFile_data();
     void servesByFile();
     void metaData();
     void answers_data();
@@ -34,9 +36,18 @@ private Q_SLOTS:
     void stoppedRequestIsCancelled();
 };
 
+void RunnerTest::servesByFile_data()
+{
+    QTest::addColumn<QString>("file");
+    const QString file = QStringLiteral(KINLET_PROBE_FOLDER "/probe.so");
+    QTest::newRow("absolute") << file;
+    QTest::newRow("relative to the working folder") << QDir::current().relativeFilePath(file);
+}
+
 void RunnerTest::servesByFile()
 {
-    start({QStringLiteral(KINLET_PROBE_FOLDER "/probe.so")});
+    QFETCH(QString, file);
+    start({file});
     QVERIFY(!ask(QStringLiteral("probe-now")).isEmpty());
 }
 
