@@ -27,8 +27,9 @@ class SocialDataRequest;
  * provider, or is empty, which means all of them;
  * - stores what it found with setResults() or the request's own typed setter;
  * - ends with exactly one call of setRequestProgress() with SocialDataRequest::Finished and the
- * errors that there were, inside performRequest() or later. Reports of Progressing before that pass
- * partial results on. A request left at Stopped keeps the application waiting for the time-out.
+ * errors that there were, inside performRequest() or later. What a request holds at Progressing is
+ * passed on when another provider ends. A request left at Stopped keeps the application waiting for
+ * the time-out.
  *
  * Nothing is reported by return value or exception. A request that is not answered within 60
  * seconds is cancelled.
