@@ -32,6 +32,8 @@ constexpr OptionText optionTexts[] = {
     {"filter", "PROPERTY=REGEXP", "only persons whose property matches, repeatable"},
     {"profile", "PERSON", "only what the person with this id has published"},
     {"type", "TYPE", "status (if not given), comment, message or any"},
+    {"post", nullptr, "check: also post and like, which others may see"},
+    {"pause", "SECONDS", "check: how long a call may hold up the event loop (0.2)"},
     {"json", nullptr, "one JSON object a line, with every property"},
     {"absolute", nullptr, "exact times instead of relative ones"},
     {"in-process", nullptr, "load provider plug-ins into this process"},
@@ -262,6 +264,7 @@ QString readValues(const QCommandLineParser &parser, CommandLine &line)
     const auto isSet = [&](const char *name) { return parser.isSet(fromLatin(name)); };
     line.json = isSet("json");
     line.absolute = isSet("absolute");
+    line.post = isSet("post");
     line.accounts = parser.values(QStringLiteral("account"));
     line.profile = value("profile");
     QStringList mistakes{
@@ -271,6 +274,7 @@ QString readValues(const QCommandLineParser &parser, CommandLine &line)
         readTime(parser, QStringLiteral("after"), line.after),
         readSeconds(parser, QStringLiteral("timeout"), line.startMilliseconds),
         readSeconds(parser, QStringLiteral("wait"), line.waitMilliseconds),
+        readSeconds(parser, QStringLiteral("pause"), line.pauseMilliseconds),
         readSource(parser, line),
     };
     const QStringList filters = parser.values(QStringLiteral("filter"));

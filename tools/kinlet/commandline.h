@@ -35,6 +35,9 @@ struct CommandLine {
     QString pluginPath;
     int startMilliseconds = 10000;
     int waitMilliseconds = 10000;
+    /// Whether a check may change what others see of an account.
+    bool post = false;
+    int pauseMilliseconds = 200;
 
     /// What has to be printed instead of doing anything: the help or the version.
     QString information;

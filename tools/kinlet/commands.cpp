@@ -53,6 +53,9 @@ const QList<Command> &allCommands()
          false,
          nullptr,
          runRunners},
+        {text("check"), text("FILE.so"),
+         text("tell what a provider keeps and breaks of the contract"), words("post pause"), false,
+         nullptr, runCheck},
     };
     return commands;
 }

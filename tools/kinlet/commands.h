@@ -47,3 +47,4 @@ ExitCode runLikers(Context &context);
 ExitCode runImport(Context &context);
 ExitCode runWatch(Context &context);
 ExitCode runRunners(const CommandLine &line, Output &out, Report &report);
+ExitCode runCheck(const CommandLine &line, Output &out, Report &report);

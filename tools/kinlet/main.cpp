@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Kinlet developers
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
+#include "check/child.h"
 #include "commands.h"
 #include "output.h"
 #include "session.h"
@@ -119,6 +120,8 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments.append(QString::fromUtf8(argv[i]));
+    if (arguments.value(0) == childArgument)
+        return runChild(arguments.mid(1));
     Output out;
     ExitCode code = run(parseCommandLine(arguments), out);
     if (!out.flush()) {

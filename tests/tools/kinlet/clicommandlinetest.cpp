@@ -58,6 +58,8 @@ void CliCommandLineTest::defaults()
     QCOMPARE(line.source, Source::Environment);
     QCOMPARE(line.startMilliseconds, 10000);
     QCOMPARE(line.waitMilliseconds, 10000);
+    QVERIFY(!line.post);
+    QCOMPARE(line.pauseMilliseconds, 200);
 }
 
 void CliCommandLineTest::values()
@@ -76,6 +78,10 @@ void CliCommandLineTest::values()
     QVERIFY(line.absolute);
     QCOMPARE(line.startMilliseconds, 500);
     QCOMPARE(line.waitMilliseconds, 2000);
+
+    const CommandLine check = parsed("check a.so --post --pause 0.5");
+    QVERIFY(check.post);
+    QCOMPARE(check.pauseMilliseconds, 500);
 
     const CommandLine persons = parsed("persons --filter ScreenName=^a=b$ --filter Id=x");
     QCOMPARE(persons.filters.size(), 2);
@@ -117,7 +123,7 @@ void CliCommandLineTest::mistakes_data()
     row("timelin", "unknown command \"timelin\"; did you mean \"timeline\"?");
     row("qqqqqqqq",
         "unknown command \"qqqqqqqq\"; the commands are services, accounts, providers, persons, "
-        "timeline, show, post, comment, like, unlike, likers, import, watch, runners");
+        "timeline, show, post, comment, like, unlike, likers, import, watch, runners, check");
     row("timeline --limt 3", "unknown option \"--limt\"; did you mean \"--limit\"?");
     row("timeline --qqqqqqqq", "unknown option \"--qqqqqqqq\"");
     row("timeline --limit", "Missing value after '--limit'.");
@@ -222,6 +228,9 @@ void CliCommandLineTest::helpNamesEverything()
                              "likers ID",
                              "import FILE",
                              "watch",
+                             "check FILE.so",
+                             "--post",
+                             "--pause SECONDS",
                              "--account ID",
                              "--limit N",
                              "--before TIME",

@@ -40,7 +40,7 @@ _kinlet_value() {
         ;;
     --type) _kinlet_words "status comment message any" ;;
     --plugin-path) _filedir -d ;;
-    --limit | --before | --after | --profile | --timeout | --wait) ;;
+    --limit | --before | --after | --profile | --pause | --timeout | --wait) ;;
     *) return 1 ;;
     esac
 }
@@ -48,6 +48,7 @@ _kinlet_value() {
 _kinlet_argument() {
     case $1 in
     import) _filedir ;;
+    check) _filedir so ;;
     runners)
         if (($2 == 0)); then
             _kinlet_words start
@@ -78,6 +79,7 @@ _kinlet() {
         [import]=''
         [watch]=''
         [runners]=''
+        [check]='--post --pause'
     )
     local general='--json --absolute --in-process --bus --plugin-path --timeout --wait --help --version'
 
@@ -87,7 +89,7 @@ _kinlet() {
     for ((i = 1; i < cword; ++i)); do
         case ${words[i]} in
         --account | --filter | --type | --plugin-path | --limit | --before | --after | --profile | \
-            --timeout | --wait) ((++i)) ;;
+            --pause | --timeout | --wait) ((++i)) ;;
         -?*) ;;
         *)
             if [[ $command ]]; then

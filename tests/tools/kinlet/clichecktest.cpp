@@ -1,0 +1,236 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "cli.h"
+
+#include <QFile>
+#include <QTest>
+
+namespace {
+
+constexpr int Broken = 1;
+constexpr int WrongUse = 2;
+
+// More than a busy machine needs, so that only what is looked for is found.
+const QStringList Patient{QStringLiteral("--pause"), QStringLiteral("5")};
+
+QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
+}
+
+QString textOf(const QJsonObject &object, const char *key)
+{
+    return object[QLatin1String(key)].toString();
+}
+
+}
+
+class CliCheckTest : public QObject {
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void faultIsFoundByItsRuleAlone_data();
+    void faultIsFoundByItsRuleAlone();
+    void soundProviderKeepsEverything();
+    void providersOfThisTreeBreakNothing_data();
+    void providersOfThisTreeBreakNothing();
+    void changingTheAccountNeedsPermission();
+    void missingAccountLeavesRulesUnchecked();
+    void textForPeople();
+    void missingFileIsWrongUse();
+
+private:
+    QString provider(const QString &fault) const;
+    Ended check(const QString &file, const QStringList &options = Patient);
+    static QStringList namesOf(const Ended &ended, const char *result);
+
+    std::unique_ptr<Cli> cli;
+};
+
+void CliCheckTest::init()
+{
+    cli = std::make_unique<Cli>();
+}
+
+void CliCheckTest::cleanup()
+{
+    cli.reset();
+}
+
+// A copy of the faulty provider that has this fault, or another file of that kind.
+QString CliCheckTest::provider(const QString &fault) const
+{
+    const QString path = cli->path(fault + QStringLiteral(".so"));
+    const QString source = fault == QLatin1String("no-library") ? QStringLiteral("/etc/passwd")
+        : fault == QLatin1String("wrong-root") ? QStringLiteral(KINLET_TEST_PLUGINS "/wrongroot.so")
+                                               : QStringLiteral(FAULTY_PLUGIN);
+    if (!QFile::copy(source, path))
+        qFatal("Cannot copy %s", qPrintable(source));
+    return path;
+}
+
+Ended CliCheckTest::check(const QString &file, const QStringList &options)
+{
+    return cli->run(QStringList{QStringLiteral("check"), file, QStringLiteral("--json")} + options);
+}
+
+QStringList CliCheckTest::namesOf(const Ended &ended, const char *result)
+{
+    QStringList names;
+    const QList<QJsonObject> objects = ended.objects();
+    for (const QJsonObject &object : objects) {
+        if (textOf(object, "result") == QLatin1String(result))
+            names.append(textOf(object, "name"));
+    }
+    return names;
+}
+
+void CliCheckTest::faultIsFoundByItsRuleAlone_data()
+{
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QStringList>("options");
+    QTest::addColumn<QString>("words");
+    const auto row = [](const char *fault, const char *rule, const char *said,
+                        const QStringList &options = Patient) {
+        QTest::newRow(fault) << QString::fromLatin1(rule) << options << QString::fromLatin1(said);
+    };
+    const QStringList impatient = words("--wait 3 --pause 1");
+    const QStringList posting = Patient + words("--post");
+    row("no-library", "loads", "it cannot be loaded: ");
+    row("wrong-root", "loads", "it is a plug-in, but no provider");
+    row("nameless", "name", "metaData() has no text under \"name\"");
+    row("numbered", "name", "metaData() has no text under \"name\"");
+    row("unfit-name", "name", "\"unfit-name\" cannot be part of a bus name");
+    row("renamed", "name", "was \"old\" before init() and is \"new\" after it");
+    row("foreign-error", "name", "the name \"somebody\", but it is called \"faulty\"");
+    row("silent", "answers", "did not answer within 3 s when it was asked for persons", impatient);
+    row("stops", "status", "asked for persons, it ended with status Stopped");
+    row("answers-twice", "once", "asked once for persons, it answered 2 times");
+    row("goes-on", "once", "asked for persons, it reported progress after it had answered");
+    row("service-without-id", "services", "one of its services has no \"Id\"");
+    row("refuses-registry", "services", "it refuses the request for its services");
+    row("stray-account", "accounts", "\"account:b\" is on the service \"elsewhere\"");
+    row("one-account-twice", "accounts", "two of its accounts have the \"Id\" \"account:a\"");
+    row("orphans", "records", "the \"ParentAccount\" \"\", which is no account of it");
+    row("unnamed-records", "records", "one of its activities has no \"Id\"");
+    row("random-ids", "ids", "asked twice for persons, it gave other ids the second time");
+    row("same-ids", "ids", "two of its persons have the same \"Id\"");
+    row("unfiltered", "filter", "of the account \"account:a\", it gave some of \"account:b\"");
+    row("greedy", "limit", "asked for at most 3 activities, it gave 4");
+    row("oldest-first", "limit", "asked for at most 3 activities, it left out the newest");
+    row("ignores-before", "times", "before 2026-01-01T12:00:00.000Z, it gave one of 2026-01-01T12");
+    row("ignores-after", "times", "after 2026-01-01T09:00:00.000Z, it gave one of 2026-01-01T09");
+    row("speechless", "errors", "it gave the error InvalidRequest without a description");
+    row("accepts-anything", "unsupported", "a request of unknown kind without an error");
+    row("ignores-unknown", "unsupported", "did not answer within 3 s", impatient);
+    row("unstoppable", "cancelled", "it answered a request that had been cancelled");
+    row("progresses-when-cancelled", "cancelled", "reported progress of a request that had been");
+    row("crashes-in-cancel", "cancelled", "when it was told to cancel a request");
+    row("clings-to-finished", "deleted", "when a request had been deleted when it had finished");
+    row("clings-to-cancelled", "deleted", "when a request had been deleted when it was cancelled");
+    row("slow", "pauses", "it held up the event loop for 0.", words("--pause 0.1"));
+    row("cannot-post", "post", "asked to post, it gave the error PostFailed", posting);
+    row("keeps-likes", "like", "asked to take back the like, it gave the error LikeFailed",
+        posting);
+    row("crashes", "lives", "when it was asked for persons");
+    row("leaves", "lives", "it ended the process (exit code 3) when it was asked for persons");
+    row("crashes-in-init", "lives", "when init() was called");
+    row("crashes-on-unload", "lives", "when it was unloaded");
+    row("hangs", "lives", "it hung when it was asked for persons", impatient);
+}
+
+void CliCheckTest::faultIsFoundByItsRuleAlone()
+{
+    QFETCH(QString, rule);
+    QFETCH(QStringList, options);
+    QFETCH(QString, words);
+    const Ended ended = check(provider(QLatin1String(QTest::currentDataTag())), options);
+    QCOMPARE(namesOf(ended, "broken"), QStringList(rule));
+    QCOMPARE(ended.code, Broken);
+    for (const QJsonObject &object : ended.objects()) {
+        if (textOf(object, "name") != rule) {
+            QCOMPARE(textOf(object, "advice"), QString());
+            continue;
+        }
+        QVERIFY2(textOf(object, "text").contains(words), qPrintable(textOf(object, "text")));
+        QVERIFY(!textOf(object, "advice").isEmpty());
+    }
+}
+
+void CliCheckTest::soundProviderKeepsEverything()
+{
+    const Ended ended = check(provider(QStringLiteral("sound")), Patient + words("--post"));
+    QCOMPARE(namesOf(ended, "kept"),
+             words("loads name answers status once services accounts records ids filter limit "
+                   "times errors unsupported cancelled deleted pauses post like lives"));
+    QCOMPARE(ended.objects().size(), qsizetype(20));
+    QCOMPARE(ended.code, 0);
+}
+
+void CliCheckTest::providersOfThisTreeBreakNothing_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::newRow("example") << QStringLiteral(EXAMPLE_PLUGIN);
+    QTest::newRow("local") << QStringLiteral(LOCAL_PLUGIN);
+}
+
+void CliCheckTest::providersOfThisTreeBreakNothing()
+{
+    QFETCH(QString, file);
+    cli->addLocal();
+    for (const char *text : {"one", "two"})
+        QCOMPARE(cli->run({QStringLiteral("post"), QLatin1String(text)}).code, 0);
+    const Ended ended = check(file, Patient + words("--post"));
+    QCOMPARE(namesOf(ended, "broken"), QStringList());
+    QVERIFY(namesOf(ended, "kept").contains(QStringLiteral("times")));
+    QCOMPARE(ended.code, 0);
+}
+
+void CliCheckTest::changingTheAccountNeedsPermission()
+{
+    const Ended ended = check(provider(QStringLiteral("sound")));
+    QCOMPARE(namesOf(ended, "not-checked"), words("post like"));
+    QVERIFY(ended.out.contains(QStringLiteral("--post tries it")));
+    QCOMPARE(ended.code, 0);
+}
+
+void CliCheckTest::missingAccountLeavesRulesUnchecked()
+{
+    const Ended ended = check(provider(QStringLiteral("no-accounts")));
+    QVERIFY(namesOf(ended, "not-checked").contains(QStringLiteral("accounts")));
+    QVERIFY(namesOf(ended, "not-checked").contains(QStringLiteral("filter")));
+    QVERIFY(ended.out.contains(QStringLiteral("it has no accounts")));
+}
+
+void CliCheckTest::textForPeople()
+{
+    cli->environment.insert(QStringLiteral("COLUMNS"), QStringLiteral("80"));
+    const Ended ended = cli->run(
+        QStringList{QStringLiteral("check"), provider(QStringLiteral("greedy"))} + Patient);
+    QCOMPARE(ended.code, Broken);
+    const QStringList lines = ended.out.split(QLatin1Char('\n'));
+    QCOMPARE(lines[0], QStringLiteral("kept         loads        loads, and is a provider"));
+    const auto found = lines.indexOf(
+        QStringLiteral("BROKEN       limit        asked for at most 3 activities, it gave 4"));
+    QVERIFY(found > 0);
+    const QString advice =
+        QStringLiteral("                          -> Answer with at most limit() activities: ")
+        + QStringLiteral("those with");
+    QCOMPARE(lines[found + 1], advice);
+    QVERIFY(ended.out.endsWith(QStringLiteral("\n\n17 kept, 1 broken, 2 not checked\n")));
+    for (const QString &line : lines)
+        QVERIFY2(line.size() <= 80, qPrintable(line));
+}
+
+void CliCheckTest::missingFileIsWrongUse()
+{
+    const Ended ended = check(QStringLiteral("/no/such.so"));
+    QCOMPARE(ended.code, WrongUse);
+    QCOMPARE(ended.err, QStringLiteral("kinlet: there is no file \"/no/such.so\"\n"));
+}
+
+QTEST_GUILESS_MAIN(CliCheckTest)
+#include "clichecktest.moc"

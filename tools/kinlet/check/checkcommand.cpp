@@ -1,0 +1,190 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "check/child.h"
+#include "commands.h"
+#include "json.h"
+#include "output.h"
+#include "text.h"
+
+#include <QFileInfo>
+#include <QMap>
+
+#include <algorithm>
+
+namespace {
+
+// The whole examination of a provider.
+class Examination {
+public:
+    Examination(const CommandLine &line, Output &out);
+    ExitCode run();
+
+private:
+    Finding judge(const Rule &rule);
+    Finding judgeAnswers(const Rule &rule);
+    Finding judgeLife(const Rule &rule) const;
+    Finding runChild(const Rule &rule, const CheckSettings &settings);
+    void print(const Rule &rule, const Finding &finding);
+    void printText(const Rule &rule, const Finding &finding);
+    void printSum();
+
+    const CommandLine &line;
+    Output &out;
+    CheckSettings settings;
+    // Why nothing else can be checked.
+    QString obstacle;
+    // How a process has ended before its time.
+    QString accident;
+    QStringList brokenRules;
+    QMap<Verdict, int> sums;
+};
+
+Examination::Examination(const CommandLine &line, Output &out) : line(line), out(out)
+{
+    settings.file = QFileInfo(line.arguments.constFirst()).absoluteFilePath();
+    settings.kinds = Kind::all();
+    settings.waitMilliseconds = line.waitMilliseconds;
+    settings.pauseMilliseconds = line.pauseMilliseconds;
+    settings.post = line.post;
+}
+
+ExitCode Examination::run()
+{
+    for (const Rule &rule : allRules()) {
+        const Finding finding = judge(rule);
+        ++sums[finding.verdict];
+        if (finding.verdict == Verdict::Broken)
+            brokenRules.append(rule.name);
+        print(rule, finding);
+        out.flush();
+    }
+    if (!line.json)
+        printSum();
+    return brokenRules.isEmpty() ? Done : EndedWithErrors;
+}
+
+Finding Examination::judge(const Rule &rule)
+{
+    const bool first = rule.name == allRules().constFirst().name;
+    if (!rule.check)
+        return judgeLife(rule);
+    if (!obstacle.isEmpty())
+        return {Verdict::NotChecked, obstacle};
+    if (rule.check == checkAnswers)
+        return judgeAnswers(rule);
+    for (const QString &kind : rule.needs) {
+        if (!settings.kinds.contains(kind))
+            return {Verdict::NotChecked,
+                    QStringLiteral("it does not answer when it is asked for %1").arg(kind)};
+    }
+    const Finding finding = runChild(rule, settings);
+    if (first && finding.verdict != Verdict::Kept)
+        obstacle =
+            finding.verdict == Verdict::Broken ? QStringLiteral("it does not load") : finding.text;
+    return finding;
+}
+
+// Each kind by itself: one that is not answered is not asked for again.
+Finding Examination::judgeAnswers(const Rule &rule)
+{
+    Finding whole{Verdict::Kept, rule.promise};
+    const QStringList kinds = settings.kinds;
+    for (const QString &kind : kinds) {
+        CheckSettings alone = settings;
+        alone.kinds = QStringList(kind);
+        const Finding finding = runChild(rule, alone);
+        if (finding.verdict == Verdict::Kept)
+            continue;
+        settings.kinds.removeOne(kind);
+        if (whole.verdict != Verdict::Broken)
+            whole = finding;
+    }
+    return whole;
+}
+
+Finding Examination::judgeLife(const Rule &rule) const
+{
+    if (!accident.isEmpty())
+        return {Verdict::Broken, accident};
+    if (!obstacle.isEmpty())
+        return {Verdict::NotChecked, obstacle};
+    return {Verdict::Kept, rule.promise};
+}
+
+Finding Examination::runChild(const Rule &rule, const CheckSettings &with)
+{
+    const ChildResult result = checkInChild(rule, with);
+    if (result.accident.isEmpty())
+        return result.finding;
+    if (result.accidentRule == rule.name)
+        return {Verdict::Broken, result.accident};
+    // What a rule has found before is told once.
+    if (!brokenRules.contains(result.accidentRule))
+        accident = result.accident;
+    return result.finding;
+}
+
+void Examination::print(const Rule &rule, const Finding &finding)
+{
+    static const QMap<Verdict, QString> names{
+        {Verdict::Kept, QStringLiteral("kept")},
+        {Verdict::Broken, QStringLiteral("broken")},
+        {Verdict::NotChecked, QStringLiteral("not-checked")},
+    };
+    if (!line.json) {
+        printText(rule, finding);
+        return;
+    }
+    const bool isBroken = finding.verdict == Verdict::Broken;
+    out.line(jsonLine({{QStringLiteral("class"), QStringLiteral("Check")},
+                       {QStringLiteral("name"), rule.name},
+                       {QStringLiteral("result"), names[finding.verdict]},
+                       {QStringLiteral("text"), finding.text},
+                       {QStringLiteral("advice"), isBroken ? rule.advice : QString()}}));
+}
+
+void Examination::printText(const Rule &rule, const Finding &finding)
+{
+    constexpr int resultWidth = 13;
+    constexpr int nameWidth = 13;
+    constexpr int margin = resultWidth + nameWidth;
+    constexpr int narrowest = 20;
+    const bool isBroken = finding.verdict == Verdict::Broken;
+    const QString result = isBroken        ? QStringLiteral("BROKEN")
+        : finding.verdict == Verdict::Kept ? QStringLiteral("kept")
+                                           : QStringLiteral("not checked");
+    const int width = out.width() > 0 ? std::max(narrowest, out.width() - margin) : 0;
+    QString start = result.leftJustified(resultWidth);
+    start = (isBroken ? out.strong(start) : start) + rule.name.leftJustified(nameWidth);
+    const auto block = [&](const QString &text) {
+        for (const QString &part : wrapped(text, width)) {
+            out.line(start + isolated(part));
+            start = QString(margin, QLatin1Char(' '));
+        }
+    };
+    block(oneLine(finding.text));
+    if (isBroken)
+        block(QStringLiteral("-> ") + rule.advice);
+}
+
+void Examination::printSum()
+{
+    out.line();
+    out.line(QStringLiteral("%1 kept, %2 broken, %3 not checked")
+                 .arg(sums.value(Verdict::Kept))
+                 .arg(sums.value(Verdict::Broken))
+                 .arg(sums.value(Verdict::NotChecked)));
+}
+
+}
+
+ExitCode runCheck(const CommandLine &line, Output &out, Report &report)
+{
+    const QString file = line.arguments.constFirst();
+    if (!QFileInfo(file).isFile()) {
+        report.note(QStringLiteral("there is no file \"%1\"").arg(file));
+        return WrongUse;
+    }
+    return Examination(line, out).run();
+}

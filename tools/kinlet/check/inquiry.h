@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Kinlet developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#pragma once
+
+#include <Kinlet/SocialDataRequest>
+#include <Kinlet/SocialGetActivitiesRequest>
+
+#include <functional>
+#include <memory>
+
+/// The kinds of requests that every provider must answer.
+namespace Kind {
+extern const QString Services;
+extern const QString Accounts;
+extern const QString Persons;
+extern const QString Activities;
+extern const QString Likers;
+QStringList all();
+}
+
+/// What a provider has done with a request. It outlives the request.
+struct Reports {
+    QList<SocialDataRequest::Status> statuses;
+    /// As they were at the first end.
+    QList<SocialGenericData> results;
+    QList<KinletError> errors;
+    /// Called at each end.
+    std::function<void()> onEnd;
+
+    bool ended() const;
+};
+
+/// A request that keeps a record of what is reported to it. Without Q_OBJECT, so that providers see
+/// the class that it is made from.
+template <typename Request>
+class Watched : public Request {
+public:
+    template <typename... Arguments>
+    explicit Watched(std::shared_ptr<Reports> reports, Arguments &&...arguments)
+        : Request(std::forward<Arguments>(arguments)...), reports(std::move(reports))
+    {
+    }
+
+    void setRequestProgress(SocialDataRequest::Status status,
+                            const QList<KinletError> &errors) override
+    {
+        // This object may be gone after the signal.
+        const std::shared_ptr<Reports> kept = reports;
+        const bool first = !kept->ended();
+        kept->statuses.append(status);
+        if (first && kept->ended()) {
+            kept->results = this->results();
+            kept->errors = errors;
+        }
+        Request::setRequestProgress(status, errors);
+        if (kept->ended() && kept->onEnd)
+            kept->onEnd();
+    }
+
+private:
+    const std::shared_ptr<Reports> reports;
+};
+
+/// A request that is to be performed.
+struct Inquiry {
+    /// What it is in words, after "asked".
+    QString what;
+    std::unique_ptr<SocialDataRequest> request;
+    std::shared_ptr<Reports> reports;
+};
+
+template <typename Request, typename... Arguments>
+Inquiry inquiry(const QString &what, Arguments &&...arguments)
+{
+    auto reports = std::make_shared<Reports>();
+    auto request =
+        std::make_unique<Watched<Request>>(reports, std::forward<Arguments>(arguments)...);
+    return {what, std::move(request), reports};
+}
+
+/// The request of that kind as applications make it, without filters.
+Inquiry plainInquiry(const QString &kind);
