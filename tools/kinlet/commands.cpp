@@ -56,6 +56,13 @@ const QList<Command> &allCommands()
         {text("check"), text("FILE.so"),
          text("tell what a provider keeps and breaks of the contract"), words("post pause"), false,
          nullptr, runCheck},
+        {text("new-provider"),
+         text("NAME DIR"),
+         text("write the beginnings of a provider into a new folder"),
+         {},
+         false,
+         nullptr,
+         runNewProvider},
     };
     return commands;
 }

@@ -48,3 +48,4 @@ ExitCode runImport(Context &context);
 ExitCode runWatch(Context &context);
 ExitCode runRunners(const CommandLine &line, Output &out, Report &report);
 ExitCode runCheck(const CommandLine &line, Output &out, Report &report);
+ExitCode runNewProvider(const CommandLine &line, Output &out, Report &report);

@@ -123,7 +123,8 @@ void CliCommandLineTest::mistakes_data()
     row("timelin", "unknown command \"timelin\"; did you mean \"timeline\"?");
     row("qqqqqqqq",
         "unknown command \"qqqqqqqq\"; the commands are services, accounts, providers, persons, "
-        "timeline, show, post, comment, like, unlike, likers, import, watch, runners, check");
+        "timeline, show, post, comment, like, unlike, likers, import, watch, runners, check, "
+        "new-provider");
     row("timeline --limt 3", "unknown option \"--limt\"; did you mean \"--limit\"?");
     row("timeline --qqqqqqqq", "unknown option \"--qqqqqqqq\"");
     row("timeline --limit", "Missing value after '--limit'.");
@@ -136,6 +137,7 @@ void CliCommandLineTest::mistakes_data()
     row("like 1 2", "too many arguments, from \"2\" on: kinlet like ID");
     row("post Hello world",
         "too many arguments, from \"world\" on: kinlet post TEXT (put the text in quotes)");
+    row("new-provider elm", "DIR is missing: kinlet new-provider NAME DIR");
     row("watch now", "too many arguments, from \"now\" on: kinlet watch");
     row("timeline --limit 0", "--limit takes a number from 1 on, not \"0\"");
     row("timeline --limit many", "--limit takes a number from 1 on, not \"many\"");
@@ -229,6 +231,7 @@ void CliCommandLineTest::helpNamesEverything()
                              "import FILE",
                              "watch",
                              "check FILE.so",
+                             "new-provider NAME DIR",
                              "--post",
                              "--pause SECONDS",
                              "--account ID",

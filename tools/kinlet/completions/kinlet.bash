@@ -49,6 +49,7 @@ _kinlet_argument() {
     case $1 in
     import) _filedir ;;
     check) _filedir so ;;
+    new-provider) (($2 == 1)) && _filedir -d ;;
     runners)
         if (($2 == 0)); then
             _kinlet_words start
@@ -80,6 +81,7 @@ _kinlet() {
         [watch]=''
         [runners]=''
         [check]='--post --pause'
+        [new-provider]=''
     )
     local general='--json --absolute --in-process --bus --plugin-path --timeout --wait --help --version'
 

@@ -1,0 +1,141 @@
+// SPDX-FileCopyrightText: @YEAR@ The @NAME@ developers
+// SPDX-License-Identifier: LGPL-2.1-or-later
+
+#include "provider.h"
+
+#include "network.h"
+
+#include <QDateTime>
+#include <QTimer>
+
+#include <algorithm>
+
+namespace {
+
+bool isOfAccounts(const SocialGenericData &record, const SocialDataRequest &request)
+{
+    const QStringList accounts = request.performOnAccountsFilter();
+    return accounts.isEmpty() || accounts.contains(record.parentAccount());
+}
+
+// Kinlet carries the filters; providers apply them.
+bool isWanted(const SocialActivity &activity, const SocialGetActivitiesRequest &request)
+{
+    const QStringList ids = request.activityIdsFilter();
+    const QStringList persons = request.personsFilter();
+    const int type = activity.variantProperty(SocialActivity::ActivityType).toInt();
+    const QDateTime time = activity.variantProperty(SocialActivity::StartTime).toDateTime();
+    const QString parent = request.parentActivityIdFilter();
+    return isOfAccounts(activity, request) && (ids.isEmpty() || ids.contains(activity.id()))
+        && (persons.isEmpty() || persons.contains(activity.property(SocialActivity::OwnerPersonId)))
+        && (request.activityFilter() == SocialActivity::AnyType || request.activityFilter() == type)
+        && (parent.isEmpty() || parent == activity.property(SocialActivity::ParentActivityId))
+        && (request.before().isNull() || time < request.before())
+        && (request.after().isNull() || time > request.after());
+}
+
+bool matches(const SocialNetworkPerson &person, const QHash<QString, QRegExp> &filter)
+{
+    for (auto it = filter.begin(); it != filter.end(); ++it) {
+        if (it->indexIn(person.property(it.key())) < 0)
+            return false;
+    }
+    return true;
+}
+
+}
+
+// FILL IN: read settings, open connections. What fails here is reported with error().
+void Provider::init() { }
+
+QVariantMap Provider::metaData()
+{
+    return {{QStringLiteral("name"), QStringLiteral("@NAME@")}};
+}
+
+QList<SocialService> Provider::services()
+{
+    return {Network::service()};
+}
+
+QList<SocialServiceAccount> Provider::accounts()
+{
+    return Network::accounts();
+}
+
+void Provider::performRequest(SocialDataRequest *request)
+{
+    switch (request->type()) {
+    case SocialDataRequest::GetPersons:
+    case SocialDataRequest::GetActivities:
+    case SocialDataRequest::GetLikers:
+        break;
+    // FILL IN: PostActivities and LikeActivity, if the network lets users post and like.
+    default:
+        // Answers the registry requests from services() and accounts(), and refuses the rest.
+        KinletInterface::performRequest(request);
+        return;
+    }
+    waiting.append(request);
+    // FILL IN: ask the network here, and answer when its reply has come.
+    QTimer::singleShot(0, this, [this, request] {
+        if (waiting.removeOne(request))
+            answer(request);
+    });
+}
+
+// FILL IN: abort what is still being asked from the network.
+void Provider::cancelRequest(SocialDataRequest *request)
+{
+    waiting.removeOne(request);
+}
+
+// FILL IN: errors of the network, as KinletError with a description, in place of results.
+void Provider::answer(SocialDataRequest *request)
+{
+    if (auto *activities = qobject_cast<SocialGetActivitiesRequest *>(request))
+        answerActivities(activities);
+    else if (auto *likers = qobject_cast<SocialGetLikersRequest *>(request))
+        answerLikers(likers);
+    else
+        answerPersons(qobject_cast<SocialGetPersonsRequest *>(request));
+}
+
+void Provider::answerActivities(SocialGetActivitiesRequest *request)
+{
+    QList<SocialActivity> wanted;
+    const QList<SocialActivity> all = Network::activities();
+    for (const SocialActivity &activity : all) {
+        if (wanted.size() < request->limit() && isWanted(activity, *request))
+            wanted.append(activity);
+    }
+    request->setActivities(wanted);
+    request->setRequestProgress(SocialDataRequest::Finished, {});
+}
+
+void Provider::answerLikers(SocialGetLikersRequest *request)
+{
+    const QList<SocialActivity> all = Network::activities();
+    const bool known = std::any_of(all.begin(), all.end(), [request](const SocialActivity &one) {
+        return one.id() == request->activityId();
+    });
+    // FILL IN: who likes it, with setPersons(). So far nobody does.
+    QList<KinletError> errors;
+    if (!known)
+        errors.append(
+            KinletError(KinletError::InvalidRequest,
+                        QStringLiteral("There is no activity \"%1\"").arg(request->activityId())));
+    request->setRequestProgress(SocialDataRequest::Finished, errors);
+}
+
+void Provider::answerPersons(SocialGetPersonsRequest *request)
+{
+    QList<SocialNetworkPerson> wanted;
+    const QList<SocialNetworkPerson> all = Network::persons();
+    for (const SocialNetworkPerson &person : all) {
+        if (isOfAccounts(person, *request) && matches(person, request->propertyFilter()))
+            wanted.append(person);
+    }
+    request->setPersons(wanted);
+    request->setRequestProgress(SocialDataRequest::Finished, {});
+}
