@@ -112,7 +112,7 @@ void checkPauses(Probe &probe)
             broken(QStringLiteral("asked for %1, it held up the event loop for %2 s; the bound is "
                                   "%3 s (--pause)")
                        .arg(kind)
-                       .arg(shortest / 1000.0)
+                       .arg(double(shortest) / 1000.0)
                        .arg(probe.settings.pauseMilliseconds / 1000.0));
     }
 }
