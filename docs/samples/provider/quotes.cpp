@@ -10,6 +10,8 @@
 #include <QDateTime>
 #include <QTimer>
 
+#include <utility>
+
 void Quotes::init()
 {
     quotes.clear();
@@ -68,9 +70,16 @@ void Quotes::answer(SocialDataRequest *request)
     if (auto *post = qobject_cast<SocialPostActivitiesRequest *>(request)) {
         request->setRequestProgress(SocialDataRequest::Finished, publish(post->statusText()));
     } else if (auto *wanted = qobject_cast<SocialGetActivitiesRequest *>(request)) {
-        // Only the limit: examples/provider shows how the other filters are applied.
-        const int limit = qMax(0, wanted->limit());
-        wanted->setActivities(quotes.mid(0, limit));
+        // Only the bounds: examples/provider shows how the other filters are applied.
+        QList<SocialActivity> found;
+        for (const SocialActivity &quote : std::as_const(quotes)) {
+            const QDateTime time = quote.variantProperty(SocialActivity::StartTime).toDateTime();
+            if ((wanted->before().isNull() || time < wanted->before())
+                && (wanted->after().isNull() || time > wanted->after())
+                && found.size() < wanted->limit())
+                found.append(quote);
+        }
+        wanted->setActivities(found);
         request->setRequestProgress(SocialDataRequest::Finished, {});
     }
 }
