@@ -41,6 +41,7 @@ private Q_SLOTS:
     void missingAccountLeavesRulesUnchecked();
     void textForPeople();
     void missingFileIsWrongUse();
+    void readerWhoLeavesEndsTheCheck();
 
 private:
     QString provider(const QString &fault) const;
@@ -230,6 +231,17 @@ void CliCheckTest::missingFileIsWrongUse()
     const Ended ended = check(QStringLiteral("/no/such.so"));
     QCOMPARE(ended.code, WrongUse);
     QCOMPARE(ended.err, QStringLiteral("kinlet: there is no file \"/no/such.so\"\n"));
+}
+
+void CliCheckTest::readerWhoLeavesEndsTheCheck()
+{
+    // The provider greets each time it is loaded, once for nearly every rule.
+    const QString greeting = QStringLiteral("The provider says hello.");
+    const QStringList arguments{QStringLiteral("check"), provider(QStringLiteral("sound"))};
+    const Ended all = cli->runInShell(arguments, QStringLiteral(">/dev/null"));
+    const Ended few = cli->runInShell(arguments, QStringLiteral("| head -n 1"));
+    QVERIFY2(few.err.count(greeting) < all.err.count(greeting) / 2, qPrintable(few.err));
+    QVERIFY(few.err.contains(QStringLiteral("the output cannot be written")));
 }
 
 QTEST_GUILESS_MAIN(CliCheckTest)

@@ -57,7 +57,9 @@ ExitCode Examination::run()
         if (finding.verdict == Verdict::Broken)
             brokenRules.append(rule.name);
         print(rule, finding);
-        out.flush();
+        // Nobody reads on.
+        if (!out.flush())
+            return EndedWithErrors;
     }
     if (!line.json)
         printSum();

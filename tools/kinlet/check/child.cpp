@@ -9,6 +9,7 @@
 
 #include <csignal>
 
+#include <fcntl.h>
 #include <sys/prctl.h>
 #include <unistd.h>
 
@@ -19,7 +20,7 @@ namespace {
 // What the provider prints goes to standard error, so that nothing comes between the lines.
 int takeStandardOutput()
 {
-    const int taken = ::dup(STDOUT_FILENO);
+    const int taken = ::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, STDERR_FILENO + 1);
     ::dup2(STDERR_FILENO, STDOUT_FILENO);
     return taken;
 }

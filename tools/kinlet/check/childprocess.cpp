@@ -8,12 +8,19 @@
 #include <QJsonObject>
 #include <QProcess>
 
+#include <algorithm>
 #include <cstring>
+#include <limits>
 
 namespace {
 
-// What a process may take beyond the time that its provider has for an answer.
-constexpr int GraceMilliseconds = 5000;
+// How long a process may say nothing: longer than its provider may take for an answer.
+int patienceOf(const CheckSettings &settings)
+{
+    constexpr int grace = 5000;
+    const qint64 most = qint64(settings.waitMilliseconds) * 2 + settings.pauseMilliseconds + grace;
+    return int(std::min<qint64>(most, std::numeric_limits<int>::max()));
+}
 
 class Child {
 public:
@@ -33,8 +40,7 @@ private:
     ChildResult seen;
 };
 
-Child::Child(const Rule &rule, const CheckSettings &settings)
-    : patience(settings.waitMilliseconds * 2 + settings.pauseMilliseconds + GraceMilliseconds)
+Child::Child(const Rule &rule, const CheckSettings &settings) : patience(patienceOf(settings))
 {
     process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
     process.setStandardInputFile(QProcess::nullDevice());
