@@ -42,21 +42,25 @@ function(kinlet_add_provider name)
     set(provider_description "${arg_DESCRIPTION}")
     list(JOIN arg_ADDRESS_FAMILIES " " families)
     string(STRIP "AF_UNIX ${families}" provider_families)
-    # The file and not the name: the runner finds it whatever it is installed under.
-    set(plugin ${CMAKE_INSTALL_PREFIX}/${folder}/${name}.so)
+    # The file and not the name: the runner finds it whatever it is installed under. That is known
+    # only then, since `cmake --install --prefix` may change it.
+    set(plugin "\${CMAKE_INSTALL_PREFIX}/${folder}/${name}.so")
     # Kinlet's package says where its runner is; Kinlet itself installs it beside this.
-    set(runner ${CMAKE_INSTALL_FULL_BINDIR}/kinlet-runner)
+    cmake_path(SET runner "\${CMAKE_INSTALL_PREFIX}")
+    cmake_path(APPEND runner ${CMAKE_INSTALL_BINDIR} kinlet-runner)
     if(KINLET_RUNNER)
         set(runner ${KINLET_RUNNER})
     endif()
     set(bus_name com.orvane.kinlet.${name})
     set(unit kinlet-provider-${name}.service)
-    configure_file(${KINLET_PROVIDER_TEMPLATES}/provider-bus.service.in
-        ${CMAKE_CURRENT_BINARY_DIR}/${bus_name}.service @ONLY)
-    configure_file(${KINLET_PROVIDER_TEMPLATES}/provider-unit.service.in
-        ${CMAKE_CURRENT_BINARY_DIR}/${unit} @ONLY)
-    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${bus_name}.service
-        DESTINATION ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
-    install(FILES ${CMAKE_CURRENT_BINARY_DIR}/${unit}
-        DESTINATION lib/systemd/user)
+    kinlet_install_service(provider-bus ${bus_name}.service ${CMAKE_INSTALL_DATADIR}/dbus-1/services)
+    kinlet_install_service(provider-unit ${unit} lib/systemd/user)
 endfunction()
+
+# What is known now is filled in now, the prefix when the file is installed.
+macro(kinlet_install_service template file folder)
+    set(made ${CMAKE_CURRENT_BINARY_DIR}/${file})
+    configure_file(${KINLET_PROVIDER_TEMPLATES}/${template}.service.in ${made}.in @ONLY)
+    install(CODE "configure_file([[${made}.in]] [[${made}]])")
+    install(FILES ${made} DESTINATION ${folder})
+endmacro()
