@@ -54,25 +54,11 @@ private Q_SLOTS:
     void oneRequestTwiceAtOnce();
     void aRequestAtTheAddressOfADeadOne();
     void aRequestStartedFromFinished();
-
-private:
-    // Providers in the order in which they are asked.
-    QList<ScriptedProvider *> add(int count)
-    {
-        QList<ScriptedProvider *> added;
-        for (int i = 0; i < count; ++i)
-            added.append(ScriptedProvider::add(QStringLiteral("P%1").arg(i)));
-        const QList<QString> names = KinletManager::instance()->allProviderNames();
-        std::sort(added.begin(), added.end(), [&](auto *a, auto *b) {
-            return names.indexOf(a->name) < names.indexOf(b->name);
-        });
-        return added;
-    }
 };
 
 void WorkerMergeTest::synchronousAnswers()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     providers[0]->onPerform = ScriptedProvider::answering({text("1")});
     providers[1]->onPerform = ScriptedProvider::answering({text("2")});
     WatchedRequest request;
@@ -96,7 +82,7 @@ void WorkerMergeTest::answersInAnyOrder_data()
 void WorkerMergeTest::answersInAnyOrder()
 {
     QFETCH(QList<int>, order);
-    const auto providers = add(3);
+    const auto providers = addProviders(3);
     WatchedRequest request;
     QSignalSpy finished(&request, &SocialDataRequest::finished);
     KinletManager::instance()->performRequest(&request, {});
@@ -147,7 +133,7 @@ void WorkerMergeTest::lowestStatus()
     QFETCH(int, second);
     QFETCH(int, merged);
     for (const bool reversed : {false, true}) {
-        auto providers = add(2);
+        auto providers = addProviders(2);
         if (reversed)
             std::reverse(providers.begin(), providers.end());
         WatchedRequest request;
@@ -162,7 +148,7 @@ void WorkerMergeTest::lowestStatus()
 
 void WorkerMergeTest::progressIsPassedOnWithTheNextAnswer()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
     const auto before = request.reports.count();
@@ -179,7 +165,7 @@ void WorkerMergeTest::progressIsPassedOnWithTheNextAnswer()
 
 void WorkerMergeTest::stoppedKeepsTheRequestOpen()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     QSignalSpy finished(&request, &SocialDataRequest::finished);
     KinletManager::instance()->performRequest(&request, {});
@@ -198,7 +184,7 @@ void WorkerMergeTest::stoppedKeepsTheRequestOpen()
 
 void WorkerMergeTest::aSecondAnswerReplacesTheFirst()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
     providers[0]->answer({text("old")}, Finished, {KinletError(KinletError::PostFailed)});
@@ -212,7 +198,7 @@ void WorkerMergeTest::aSecondAnswerReplacesTheFirst()
 
 void WorkerMergeTest::answersAfterTheEndAreIgnored()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     // Twice within the call, and again later.
     providers[0]->onPerform = [](SocialDataRequest *copy) {
         ScriptedProvider::answering({text("1")})(copy);
@@ -232,7 +218,7 @@ void WorkerMergeTest::answersAfterTheEndAreIgnored()
 
 void WorkerMergeTest::anotherProvidersCallMayAnswer()
 {
-    const auto providers = add(3);
+    const auto providers = addProviders(3);
     providers[1]->onPerform = [&](SocialDataRequest *) { providers[0]->answer({text("1")}); };
     providers[2]->onPerform = [&](SocialDataRequest *copy) {
         providers[1]->answer({text("2")});
@@ -247,7 +233,7 @@ void WorkerMergeTest::anotherProvidersCallMayAnswer()
 
 void WorkerMergeTest::oldResultsAreHandedToTheProviders()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     request.setResults(recordsWithIds({text("old")}));
     KinletManager::instance()->performRequest(&request, {});
@@ -260,7 +246,7 @@ void WorkerMergeTest::oldResultsAreHandedToTheProviders()
 
 void WorkerMergeTest::oneRequestTwiceAtOnce()
 {
-    const auto providers = add(1);
+    const auto providers = addProviders(1);
     WatchedRequest request;
     QSignalSpy finished(&request, &SocialDataRequest::finished);
     for (int i = 0; i < 3; ++i)
@@ -292,7 +278,7 @@ void WorkerMergeTest::oneRequestTwiceAtOnce()
 
 void WorkerMergeTest::aRequestAtTheAddressOfADeadOne()
 {
-    const auto providers = add(1);
+    const auto providers = addProviders(1);
     alignas(SocialGetPersonsRequest) unsigned char storage[sizeof(SocialGetPersonsRequest)];
     auto *first = new (storage) SocialGetPersonsRequest;
     KinletManager::instance()->performRequest(first, {});
@@ -316,7 +302,7 @@ void WorkerMergeTest::aRequestAtTheAddressOfADeadOne()
 
 void WorkerMergeTest::aRequestStartedFromFinished()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest first;
     WatchedRequest second;
     connect(&first, &SocialDataRequest::finished, &second,

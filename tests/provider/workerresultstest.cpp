@@ -8,7 +8,6 @@
 
 #include <QTest>
 
-#include <algorithm>
 #include <random>
 #include <utility>
 
@@ -27,20 +26,6 @@ private Q_SLOTS:
     void replaceWhatTheCallerPutThere();
     void leaveWhatTheCallerKept();
     void areNotMixedWithTheProvidersOwn();
-
-private:
-    // Providers in the order in which they are asked.
-    QList<ScriptedProvider *> add(int count)
-    {
-        QList<ScriptedProvider *> added;
-        for (int i = 0; i < count; ++i)
-            added.append(ScriptedProvider::add(QStringLiteral("P%1").arg(i)));
-        const QList<QString> names = KinletManager::instance()->allProviderNames();
-        std::sort(added.begin(), added.end(), [&](auto *a, auto *b) {
-            return names.indexOf(a->name) < names.indexOf(b->name);
-        });
-        return added;
-    }
 };
 
 void WorkerResultsTest::followEveryAnswer_data()
@@ -55,7 +40,7 @@ void WorkerResultsTest::followEveryAnswer_data()
 void WorkerResultsTest::followEveryAnswer()
 {
     QFETCH(int, count);
-    const auto providers = add(count);
+    const auto providers = addProviders(count);
     std::mt19937 random(7);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
@@ -83,7 +68,7 @@ void WorkerResultsTest::followEveryAnswer()
 
 void WorkerResultsTest::replaceWhatTheCallerPutThere()
 {
-    const auto providers = add(3);
+    const auto providers = addProviders(3);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
     providers[0]->answer({QStringLiteral("a")});
@@ -97,7 +82,7 @@ void WorkerResultsTest::replaceWhatTheCallerPutThere()
 
 void WorkerResultsTest::leaveWhatTheCallerKept()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
     providers[0]->answer({QStringLiteral("a")}, SocialDataRequest::Stopped);
@@ -110,7 +95,7 @@ void WorkerResultsTest::leaveWhatTheCallerKept()
 
 void WorkerResultsTest::areNotMixedWithTheProvidersOwn()
 {
-    const auto providers = add(2);
+    const auto providers = addProviders(2);
     WatchedRequest request;
     KinletManager::instance()->performRequest(&request, {});
     const QList<SocialGenericData> own = recordsWithIds({QStringLiteral("a")});

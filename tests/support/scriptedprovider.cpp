@@ -8,6 +8,8 @@
 #include <QCoreApplication>
 #include <QEvent>
 
+#include <algorithm>
+
 ScriptedProvider::ScriptedProvider(const QString &providerName, const QStringList &accountIds)
     : name(providerName)
 {
@@ -96,6 +98,17 @@ ScriptedProvider::Script ScriptedProvider::answering(const QStringList &ids,
         request->setResults(recordsWithIds(ids));
         request->setRequestProgress(status, errors);
     };
+}
+
+QList<ScriptedProvider *> addProviders(int count)
+{
+    QList<ScriptedProvider *> added;
+    for (int i = 0; i < count; ++i)
+        added.append(ScriptedProvider::add(QStringLiteral("P%1").arg(i)));
+    const QList<QString> names = KinletManager::instance()->allProviderNames();
+    std::sort(added.begin(), added.end(),
+              [&](auto *a, auto *b) { return names.indexOf(a->name) < names.indexOf(b->name); });
+    return added;
 }
 
 QList<SocialGenericData> recordsWithIds(const QStringList &ids)

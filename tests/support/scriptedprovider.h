@@ -70,6 +70,9 @@ public:
     QList<SocialServiceAccount> accountList;
 };
 
+/// So many providers "P0", "P1" and so on, registered with KinletManager::instance(), in the order
+/// in which they are asked.
+QList<ScriptedProvider *> addProviders(int count);
 /// A record of each id, of class "Record".
 QList<SocialGenericData> recordsWithIds(const QStringList &ids);
 /// The ids of the records, in their order.
