@@ -70,6 +70,7 @@ private Q_SLOTS:
     void applicationGoesOn();
     void requestsPileUpBeforeTheRunner();
     void answersPileUpBeforeTheApplication();
+    void applicationStartsBesideIt();
 
 private:
     void setStopped(bool stopped)
@@ -173,6 +174,26 @@ void StoppedRunnerTest::answersPileUpBeforeTheApplication()
         QCOMPARE(reply.type(), QDBusMessage::ReplyMessage);
     }
     QTRY_COMPARE_WITH_TIMEOUT(answeredOf(large), 40, Patience);
+}
+
+void StoppedRunnerTest::applicationStartsBesideIt()
+{
+    KinletManager::cleanupInstance();
+    setStopped(true);
+    KinletManager *manager = KinletManager::instance();
+    const auto knows = [manager](const char *account) {
+        return !manager->account(QLatin1String(account)).id().isEmpty();
+    };
+    QTRY_VERIFY_WITH_TIMEOUT(knows("second-now"), Patience);
+    const Requests others = smallRequests(1);
+    perform(others, "second-now");
+    QTRY_COMPARE_WITH_TIMEOUT(answeredOf(others), 1, Patience);
+    QVERIFY(!knows("probe-now"));
+    QVERIFY(!manager->isInitialized());
+
+    setStopped(false);
+    QTRY_VERIFY_WITH_TIMEOUT(manager->isInitialized(), Patience);
+    QVERIFY(knows("probe-now"));
 }
 
 QTEST_GUILESS_MAIN(StoppedRunnerTest)

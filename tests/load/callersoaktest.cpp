@@ -21,8 +21,8 @@
 namespace {
 
 const QString name = QStringLiteral("later");
-// One small block for each caller is twice as much.
-constexpr qint64 MostBytes = 16 * 1024;
+// One small block for each caller that leaves early is twice as much.
+constexpr qint64 MostBytes = 8 * 1024;
 
 }
 

@@ -230,8 +230,6 @@ void StormModel::reported(const Job &job, const StormReport &report)
         }
         if (right.status == SocialDataRequest::Finished)
             close(*job);
-        if (right.status == SocialDataRequest::Stopped)
-            job->stopped = true;
         if (right.status >= SocialDataRequest::Stopped)
             ++job->finishes;
         ++counts[QStringLiteral("reports")];

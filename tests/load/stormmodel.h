@@ -69,7 +69,6 @@ struct StormJob {
     qint64 queued = 0;
     /// Timed out while the application held its request: copies are kept for good.
     bool kept = false;
-    bool stopped = false;
     /// Who is still to be asked, with the accounts for each.
     QMap<QString, QStringList> toAsk;
     std::deque<StormCopy> copies;

@@ -80,9 +80,13 @@ bool setLiked(const QString &id, bool liked)
 }
 
 // Posts without end. Of these statuses every second one is liked, and of those every second one is
-// liked no more after that. Says each time what has been stored.
+// liked no more after that. Says each time what has been stored, and when something is imported.
 int keepWriting(const QString &text)
 {
+    KinletManager *const manager = KinletManager::instance();
+    QObject::connect(manager, &KinletManager::importStarted,
+                     [] { say(QStringLiteral("importing")); });
+    QObject::connect(manager, &KinletManager::importEnded, [] { say(QStringLiteral("imported")); });
     for (int i = 0;; ++i) {
         SocialPostActivitiesRequest status(SocialActivity::Status,
                                            QStringLiteral("%1-%2").arg(text).arg(i));
