@@ -57,10 +57,15 @@ function(kinlet_add_provider name)
     kinlet_install_service(provider-unit ${unit} lib/systemd/user)
 endfunction()
 
-# What is known now is filled in now, the prefix when the file is installed.
+# What is known now is filled in now, the prefix when the file is installed: then straight into its place, since
+# one build may be installed under several prefixes at a time, and by several people.
 macro(kinlet_install_service template file folder)
-    set(made ${CMAKE_CURRENT_BINARY_DIR}/${file})
-    configure_file(${KINLET_PROVIDER_TEMPLATES}/${template}.service.in ${made}.in @ONLY)
-    install(CODE "configure_file([[${made}.in]] [[${made}]])")
-    install(FILES ${made} DESTINATION ${folder})
+    set(made ${CMAKE_CURRENT_BINARY_DIR}/${file}.in)
+    configure_file(${KINLET_PROVIDER_TEMPLATES}/${template}.service.in ${made} @ONLY)
+    cmake_path(SET installed "\${CMAKE_INSTALL_PREFIX}")
+    cmake_path(APPEND installed ${folder} ${file})
+    install(CODE "
+        message(STATUS [[Installing: ]] \"\$ENV{DESTDIR}${installed}\")
+        configure_file([[${made}]] \"\$ENV{DESTDIR}${installed}\" NO_SOURCE_PERMISSIONS)
+        list(APPEND CMAKE_INSTALL_MANIFEST_FILES \"${installed}\")")
 endmacro()
