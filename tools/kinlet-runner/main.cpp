@@ -126,10 +126,8 @@ int main(int argc, char *argv[])
                                  QStringLiteral("The provider, by its name or by its file."));
     if (!parser.parse(QCoreApplication::arguments()))
         return fail(WrongUse, parser.errorText() + QStringLiteral("; see --help"));
-    if (parser.isSet(QStringLiteral("help")))
-        parser.showHelp(Done);
-    if (parser.isSet(QStringLiteral("version")))
-        parser.showVersion();
+    // Answers --help, --help-all and --version.
+    parser.process(application);
     if (parser.isSet(listOption))
         return list();
 

@@ -16,7 +16,8 @@ class Program:
         self.path = path
         self.help = output(path, "--help")
         self.commands = self.terms("Commands")
-        self.environment = self.terms("Environment")
+        # A list of them, or sentences that name them.
+        self.environment = self.terms("Environment") or set(re.findall(r"\bKINLET_\w+", self.help))
         forms = [line.split("  ")[0] for line in self.section("Options")]
         self.options = {option for form in forms for option in re.findall(r"(?<=--)[\w-]+", form)}
         # As they can be typed.
