@@ -41,7 +41,9 @@ public:
     /// signals, but not while the manager is being built.
     static void cleanupInstance();
 
-    /// For tests and embedders; applications use instance(), which requests always go through.
+    /// For tests: a manager beside instance(). Providers and registry are its own, but requests go
+    /// to the providers of instance() whichever manager performs them. KinletInitializer::init() is
+    /// to be called before.
     explicit KinletManager(QObject *parent);
     ~KinletManager() override;
 
@@ -61,7 +63,8 @@ public:
 
     /**
      * Registers a provider under the "name" of its metaData() and asks it for services and
-     * accounts, as for those that the manager finds itself. False, without any effect, if the
+     * accounts, as for those that the manager finds itself. Its init() is not called, neither now
+     * nor after error(): that is for whoever made it. False, without any effect, if the
      * handle is null or the name is taken. The manager shares ownership until the provider goes;
      * give the handle a deleter that calls deleteLater(), so that a provider never dies inside its
      * own signal.
@@ -75,7 +78,11 @@ public:
      * before this call returns. A provider that does not answer is given up after 60 seconds: the
      * request then ends with the others' results and an error of type KinletError::ProviderTimeout.
      * Accounts that no provider claims are left out; with no provider at all the request ends at
-     * once, without results and without errors.
+     * once, without results and without errors. So it does for an empty record, which account()
+     * returns for an id that nobody has reported.
+     *
+     * Errors are those of the manager and of plug-ins in this process: providers on the bus report
+     * none back.
      */
     void performRequest(SocialDataRequest *request, const QList<SocialServiceAccount> &accounts);
 

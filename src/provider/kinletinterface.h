@@ -31,8 +31,10 @@ class SocialDataRequest;
  * passed on when another provider ends. A request left at Stopped keeps the application waiting for
  * the time-out.
  *
- * Nothing is reported by return value or exception. A request that is not answered within 60
- * seconds is cancelled.
+ * Nothing is reported by return value or exception. In an application's process a request that is
+ * not answered within 60 seconds is cancelled, but not what the manager asks of a new provider: its
+ * services and accounts. kinlet-runner knows no time: it cancels when the caller has left the bus,
+ * when it leaves itself, and after Stopped. A provider that waits for a network bounds that wait.
  */
 class KINLET_EXPORT KinletInterface : public PersonCollectorInterface {
     Q_OBJECT

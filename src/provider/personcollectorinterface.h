@@ -24,7 +24,8 @@ public:
     ~PersonCollectorInterface() override;
 
     /// Prepares the plug-in. The loader calls it once after loading, and again when the plug-in has
-    /// emitted error(). A failure is reported through error().
+    /// emitted error(); so does kinlet-runner. Nobody calls it for a provider that is given to
+    /// KinletManager::addProvider(). A failure is reported through error().
     virtual void init() = 0;
 
     /// Describes the plug-in. "name" is its identifier: a text that no other plug-in uses, and not

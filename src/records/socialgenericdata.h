@@ -55,7 +55,8 @@ public:
     void setClassName(const QString &name);
 
     /// The property as text; a null string when it is absent, an empty one when its value has no
-    /// text form (a list, a custom type): use variantProperty() for those.
+    /// text form (a list, a custom type): use variantProperty() for those. A QStringList of one
+    /// text reads as that text.
     QString property(const QString &name) const;
     /// The property as it was stored; an invalid variant when it is absent.
     QVariant variantProperty(const QString &name) const;

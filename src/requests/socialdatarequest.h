@@ -21,7 +21,7 @@ class SocialDataRequestPrivate;
  *
  * An application makes an object of a subclass and hands it to KinletManager::performRequest().
  * Every provider that can answer gets a copy of its own; their answers are merged into the
- * application's object, which emits finished() when it has ended. The application owns its object
+ * application's object, which emits finished() at their end. The application owns its object
  * and may delete it at any time, also inside finished(). A request and everything that touches it
  * stay on the manager's thread.
  *
@@ -59,8 +59,8 @@ public:
         Started = 1,
         /// Some results may be there; more will come.
         Progressing = 2,
-        /// Ended by a provider that has given up. The whole request stays open for its other
-        /// providers.
+        /// Left by a provider that has given up. An application's request has it when all
+        /// providers have ended and one of them so; it becomes Finished with the time-out.
         Stopped = 3,
         /// Complete, with or without errors.
         Finished = 4
@@ -78,7 +78,7 @@ public:
     Status status() const;
     /// Whether the status is Started or Progressing.
     bool isActive() const;
-    /// Whether the status is Stopped or Finished.
+    /// Whether the status is Stopped or Finished. At Stopped there is more to come, see finished().
     bool isFinished() const;
 
     /// The records found so far; empty before an answer. With several providers, in the order in
@@ -88,7 +88,9 @@ public:
     /// request.
     void setResults(const QList<SocialGenericData> &results);
 
-    /// The errors of the last progress report; empty when nothing went wrong.
+    /// The errors of the last progress report. Empty when nothing went wrong, or nothing is known
+    /// of it: those of a provider on the bus do not come back, and its failed request looks like
+    /// one without results.
     QList<KinletError> errors() const;
 
     /// Ids of the accounts that the request is for; empty means all.
@@ -121,7 +123,13 @@ public:
     virtual void unserialize(QDataStream &stream);
 
 Q_SIGNALS:
-    /// The request has ended: \a self is this object. Emitted from within setRequestProgress().
+    /**
+     * The request has ended: \a self is this object. Emitted from within setRequestProgress().
+     *
+     * At Stopped an application's request is still open: the signal comes again, with the status
+     * Finished, after 60 seconds at the latest. To delete the request here is one way to have it
+     * once.
+     */
     void finished(SocialDataRequest *self);
 
 protected:
