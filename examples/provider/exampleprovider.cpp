@@ -25,13 +25,13 @@ SocialActivity onlyStatus()
     return status;
 }
 
-// The library carries the filters; providers apply them.
+// The library carries the filters; providers apply them. One status is within any limit.
 bool isWanted(const SocialActivity &activity, const SocialGetActivitiesRequest &request)
 {
     const QStringList ids = request.activityIdsFilter();
     const QStringList persons = request.personsFilter();
     const QDateTime time = activity.variantProperty(SocialActivity::StartTime).toDateTime();
-    return request.limit() > 0 && (ids.isEmpty() || ids.contains(activity.id()))
+    return (ids.isEmpty() || ids.contains(activity.id()))
         && (persons.isEmpty() || persons.contains(personId))
         && (request.activityFilter() == SocialActivity::AnyType
             || request.activityFilter() == SocialActivity::Status)

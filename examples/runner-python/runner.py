@@ -136,7 +136,9 @@ class Network:
                                          if activity and activity not in self.activities]))
         found = [activity["Id"] for activity in reversed(self.activities.values())
                  if wanted(activity)]
-        return [self.activity(activity_id) for activity_id in found[:max(limit, 0)]], errors
+        if limit > 0:
+            found = found[:limit]
+        return [self.activity(activity_id) for activity_id in found], errors
 
     def stands_in(self, activity, timeline):
         if timeline == PERSONAL:

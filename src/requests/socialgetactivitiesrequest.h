@@ -27,7 +27,8 @@ public:
     /// Replaces the persons.
     void setPersonsFilter(const QStringList &personIds);
 
-    /// How many activities each provider may answer with, the newest ones. Initially 10.
+    /// How many activities each provider may answer with, the newest ones; less than 1 means no
+    /// limit. Initially 10.
     int limit() const;
     /// Replaces the limit.
     void setLimit(int limit);

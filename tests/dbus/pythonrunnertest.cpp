@@ -179,7 +179,8 @@ void PythonRunnerTest::activities_data()
     };
     row("all, the newest first", [](Request &) {}, {"3", "2", "1"});
     row("limit", [](Request &request) { request.setLimit(2); }, {"3", "2"});
-    row("none", [](Request &request) { request.setLimit(0); }, {});
+    row("no limit at 0", [](Request &request) { request.setLimit(0); }, {"3", "2", "1"});
+    row("no limit below 0", [](Request &request) { request.setLimit(-1); }, {"3", "2", "1"});
     row("after excludes its moment", [](Request &r) { r.setAfter(morning(9, 0)); }, {"3", "2"});
     row("before excludes its moment", [](Request &r) { r.setBefore(morning(10, 0)); }, {"2", "1"});
     row("between",

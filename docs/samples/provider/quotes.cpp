@@ -76,7 +76,7 @@ void Quotes::answer(SocialDataRequest *request)
             const QDateTime time = quote.variantProperty(SocialActivity::StartTime).toDateTime();
             if ((wanted->before().isNull() || time < wanted->before())
                 && (wanted->after().isNull() || time > wanted->after())
-                && found.size() < wanted->limit())
+                && (wanted->limit() < 1 || found.size() < wanted->limit()))
                 found.append(quote);
         }
         wanted->setActivities(found);
