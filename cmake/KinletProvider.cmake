@@ -38,6 +38,11 @@ function(kinlet_add_provider name)
     # Where the library looks for plug-ins, whatever this system's folder for libraries is.
     set(folder lib/kinlet-1.0/plugins)
     install(TARGETS ${name} LIBRARY DESTINATION ${folder})
+    cmake_path(COMPARE "${CMAKE_INSTALL_PREFIX}/${folder}" EQUAL /usr/lib/kinlet-1.0/plugins found)
+    if(NOT found)
+        message(STATUS "Below ${CMAKE_INSTALL_PREFIX} applications that load plug-ins find ${name}.so only with "
+            "KINLET_PLUGIN_PATH=${CMAKE_INSTALL_PREFIX}/${folder}; -DCMAKE_INSTALL_PREFIX=/usr spares them that")
+    endif()
 
     set(provider_description "${arg_DESCRIPTION}")
     list(JOIN arg_ADDRESS_FAMILIES " " families)
