@@ -94,6 +94,12 @@ void Application::post()
 {
     KinletManager *manager = KinletManager::instance();
     const SocialServiceAccount account = manager->account(QStringLiteral("local"));
+    if (account.id().isEmpty()) {
+        print(QStringLiteral("There is no local journal to post to."));
+        leave();
+        showTimeline();
+        return;
+    }
     auto *request =
         new SocialPostActivitiesRequest(SocialActivity::Status, QStringLiteral("Good morning"));
     connect(request, &SocialDataRequest::finished, this, [this, request] {
@@ -139,7 +145,7 @@ void Application::showNews(const QList<SocialGenericData> &records)
     leave();
 }
 
-// When everything has been shown and the news have come, whichever is later.
+// When everything has been shown and the news have come, whichever is later, or none will come.
 void Application::leave()
 {
     if (--left == 0)
