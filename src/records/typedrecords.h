@@ -66,9 +66,13 @@ class KINLET_EXPORT SocialActivity : public SocialGenericData {
 public:
     /// What an activity is. Not registered with the meta-object system; one byte on the wire.
     enum Type : int {
+        /// Not said.
         UnknownType = 0,
+        /// What a person has published on its own account.
         Status = 1,
+        /// What a person has said about another activity.
         Comment = 2,
+        /// What a person has written to another.
         Message = 3,
         /// As a filter: every type.
         AnyType = 4

@@ -26,7 +26,18 @@ class QDataStream;
 /// A picture, a film, a sound or a link.
 struct Media {
     /// Values of kind.
-    enum Kind : int { UnknownKind = 0, Image = 1, Video = 2, Audio = 3, Link = 4 };
+    enum Kind : int {
+        /// Not said.
+        UnknownKind = 0,
+        /// A picture.
+        Image = 1,
+        /// A film.
+        Video = 2,
+        /// A sound.
+        Audio = 3,
+        /// A page elsewhere.
+        Link = 4
+    };
 
     /// A Kind.
     qint32 kind = UnknownKind;
@@ -131,11 +142,17 @@ class KINLET_EXPORT KinletAction : public QObject {
 public:
     /// Bits of SocialService::SocialActions.
     enum Action : int {
+        /// Only reading.
         NoAction = 0,
+        /// To like an activity, and to take that back.
         Like = 1,
+        /// To comment on an activity.
         Comment = 2,
+        /// To publish a status.
         Post = 4,
+        /// To pass an activity on to others.
         Share = 8,
+        /// To write to a person.
         SendMessage = 16
     };
 };
@@ -148,11 +165,17 @@ class KINLET_EXPORT KinletPostCap : public QObject {
 public:
     /// Bits, for a property that a provider and an application agree on.
     enum Capability : int {
+        /// Nothing.
         NoCapability = 0,
+        /// Words.
         Text = 1,
+        /// Pictures.
         Image = 2,
+        /// Films.
         Video = 4,
+        /// The URL of a page.
         Link = 8,
+        /// Where the author is.
         Location = 16
     };
 };

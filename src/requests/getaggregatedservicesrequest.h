@@ -12,6 +12,7 @@ class KINLET_EXPORT GetAggregatedServicesRequest : public SocialDataRequest {
     Q_OBJECT
 
 public:
+    /// Asks for all services.
     Q_INVOKABLE GetAggregatedServicesRequest();
     ~GetAggregatedServicesRequest() override;
 

@@ -18,6 +18,7 @@ class KINLET_EXPORT KinletError {
 public:
     /// The numbers are part of the stream form. Providers may report others than those named here.
     enum Type : int {
+        /// Anything else: the description tells more.
         UnknownError = 0,
         /// The provider does not handle requests of this kind.
         UnsupportedRequest = 1,

@@ -41,13 +41,21 @@ class KINLET_EXPORT SocialDataRequest : public QObject {
 public:
     /// The kind of a request. The numbers are part of the stream form and of the bus protocol.
     enum Type : int {
+        /// Of no kind in particular.
         GenericRequest = 0,
+        /// A GetAggregatedServicesRequest.
         GetAggregatedServices = 1,
+        /// A SocialGetAccountsRequest.
         GetAccounts = 3,
+        /// A SocialGetPersonsRequest.
         GetPersons = 5,
+        /// A SocialGetActivitiesRequest.
         GetActivities = 7,
+        /// A SocialPostActivitiesRequest.
         PostActivities = 9,
+        /// A SocialLikeActivityRequest.
         LikeActivity = 10,
+        /// A SocialGetLikersRequest.
         GetLikers = 11
     };
 

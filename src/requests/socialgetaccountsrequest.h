@@ -12,6 +12,7 @@ class KINLET_EXPORT SocialGetAccountsRequest : public SocialDataRequest {
     Q_OBJECT
 
 public:
+    /// Asks for the accounts of all services.
     Q_INVOKABLE SocialGetAccountsRequest();
     ~SocialGetAccountsRequest() override;
 

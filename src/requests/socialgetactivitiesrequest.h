@@ -19,6 +19,7 @@ class KINLET_EXPORT SocialGetActivitiesRequest : public SocialDataRequest {
     Q_OBJECT
 
 public:
+    /// Asks for 10 activities of any kind.
     Q_INVOKABLE SocialGetActivitiesRequest();
     ~SocialGetActivitiesRequest() override;
 

@@ -14,6 +14,7 @@ class KINLET_EXPORT SocialGetPersonsRequest : public SocialDataRequest {
     Q_OBJECT
 
 public:
+    /// Asks for everybody.
     Q_INVOKABLE SocialGetPersonsRequest();
     /// For subclasses: takes ownership of \a otherd, which must extend this class's own private
     /// data.
