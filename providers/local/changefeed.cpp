@@ -3,6 +3,7 @@
 
 #include "changefeed.h"
 
+#include "log.h"
 #include "rows.h"
 #include "store.h"
 
@@ -83,8 +84,10 @@ bool ChangeFeed::tellPersons()
         lastPerson = last;
     }
     const bool more = persons.size() == BatchSize;
-    if (!persons.isEmpty())
+    if (!persons.isEmpty()) {
+        qCDebug(localLog) << persons.size() << "persons have changed";
         Q_EMIT personsChanged(persons, Rows::personProperties());
+    }
     return more;
 }
 
@@ -107,6 +110,8 @@ bool ChangeFeed::tellActivities()
         lastActivity = last;
     }
     const bool more = edited.size() + counted.size() == BatchSize;
+    if (!edited.isEmpty() || !counted.isEmpty())
+        qCDebug(localLog) << edited.size() + counted.size() << "activities have changed";
     const QPointer<ChangeFeed> self(this);
     if (!edited.isEmpty())
         Q_EMIT activitiesChanged(edited, Rows::activityProperties());

@@ -5,6 +5,7 @@
 
 #include "activitystreams.h"
 #include "importwriter.h"
+#include "log.h"
 
 #include <QElapsedTimer>
 #include <QFile>
@@ -108,6 +109,7 @@ void Importer::begin(const QString &name)
         }
         problem = error;
     }
+    qCInfo(localLog) << "The import of" << name << "begins";
     const QPointer<Importer> self(this);
     Q_EMIT started();
     if (!self)
@@ -186,6 +188,8 @@ void Importer::end(const QString &name, const QStringList &problems,
                    const SocialImportProgress &counts)
 {
     waiting = true;
+    qCInfo(localLog) << "The import of" << name << "ends with" << problems.size() << "problems and"
+                     << counts.contactsAdded << "new persons";
     const QPointer<Importer> self(this);
     for (const QString &text : problems) {
         if (self)

@@ -7,6 +7,7 @@
 #include "changefeed.h"
 #include "importer.h"
 #include "journal.h"
+#include "log.h"
 #include "store.h"
 
 #include <Kinlet/GetAggregatedServicesRequest>
@@ -125,10 +126,12 @@ bool LocalProvider::openStore()
     try {
         store = std::make_unique<Store>();
         watchStore();
+        qCInfo(localLog) << "The journal" << store->database().path() << "is open";
         reportedFailure.clear();
         return true;
     } catch (const StoreError &error) {
         store.reset();
+        qCWarning(localLog) << "The journal cannot be opened:" << error.text;
         failure = error.text;
         return false;
     }
@@ -179,6 +182,8 @@ void LocalProvider::pushImportProgress(const SocialImportProgress &progress)
 void LocalProvider::note(const StoreError &error)
 {
     failure = error.text;
+    if (error.kind != StoreError::Busy)
+        qCWarning(localLog) << "The journal cannot be used:" << failure;
     if (error.kind == StoreError::Full)
         store->giveBackRoom();
     if (error.kind != StoreError::Damaged)
@@ -257,6 +262,8 @@ void LocalProvider::writeOn()
             transaction.commit();
             return records;
         });
+        if (outcome.busy && !write.waiting.hasExpired(WriteRetryTime))
+            qCDebug(localLog) << request << "waits while another connection writes";
         if (outcome.busy && !write.waiting.hasExpired(WritePatience)) {
             writes.prepend(write);
             nextWrite.start(WriteRetryTime);

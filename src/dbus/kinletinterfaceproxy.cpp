@@ -6,8 +6,10 @@
 #include "dbus/kinletrunnerinterface.h"
 #include "dbus/payload.h"
 #include "dbus/payloadguard.h"
+#include "logging.h"
 #include "requests/socialdatarequest.h"
 
+#include <QDBusPendingCallWatcher>
 #include <QMap>
 #include <QPointer>
 #include <QUuid>
@@ -34,6 +36,17 @@ QList<Record> readRecords(const QVariantList &data)
         records.append(record);
     }
     return records;
+}
+
+// Nobody else hears of it: the request just stays open.
+void logRefusal(const QDBusPendingCall &call, const QString &requestId, QObject *parent)
+{
+    auto *watcher = new QDBusPendingCallWatcher(call, parent);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, watcher, [watcher, requestId] {
+        if (watcher->isError())
+            qCWarning(Log::dbus) << requestId << "is refused with" << watcher->error().name();
+        watcher->deleteLater();
+    });
 }
 
 }
@@ -67,7 +80,11 @@ void KinletInterfaceProxy::performRequest(SocialDataRequest *request)
     const QByteArray bytes = Payload::write(*request);
     const QString id = QUuid::createUuid().toString();
     d->pendingRequests.insert(id, request);
-    d->runner->performRequest(request->type(), id, bytes);
+    qCDebug(Log::dbus) << request << "goes to" << d->runner->service() << "as" << id << "in"
+                       << bytes.size() << "bytes";
+    const auto call = d->runner->performRequest(request->type(), id, bytes);
+    if (Log::dbus().isWarningEnabled())
+        logRefusal(call, id, this);
 }
 
 void KinletInterfaceProxy::cancelRequest(SocialDataRequest *request)
@@ -83,8 +100,13 @@ void KinletInterfaceProxy::requestFinished(int requestType, const QString &reque
     Q_UNUSED(error)
     // Deliberately leaves an entry for an id that is not known, and that of a deleted request.
     const QPointer<SocialDataRequest> waiting = d->pendingRequests[requestId];
-    if (!waiting)
+    if (!waiting) {
+        qCDebug(Log::dbus) << d->runner->service() << "answers" << requestId
+                           << "that nobody waits for";
         return;
+    }
+    qCDebug(Log::dbus) << d->runner->service() << "answers" << requestId << "in" << request.size()
+                       << "bytes";
     Payload::read(request, *waiting);
     d->pendingRequests.remove(requestId);
     waiting->setRequestProgress(SocialDataRequest::Finished, waiting->errors());
@@ -93,11 +115,15 @@ void KinletInterfaceProxy::requestFinished(int requestType, const QString &reque
 void KinletInterfaceProxy::onDbusDataUpdate(const QVariantList &data,
                                             const QStringList &updatedProperties)
 {
+    qCDebug(Log::dbus) << d->runner->service() << "has news of" << data.size()
+                       << "records, updated:" << updatedProperties;
     Q_EMIT dataUpdate(readRecords<SocialGenericData>(data), updatedProperties);
 }
 
 void KinletInterfaceProxy::onDbusPersonsUpdate(const QVariantList &data,
                                                const QStringList &updatedProperties)
 {
+    qCDebug(Log::dbus) << d->runner->service() << "has news of" << data.size()
+                       << "persons, updated:" << updatedProperties;
     Q_EMIT personsUpdate(readRecords<SocialNetworkPerson>(data), updatedProperties);
 }

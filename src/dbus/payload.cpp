@@ -4,6 +4,7 @@
 #include "dbus/payload.h"
 
 #include "dbus/payloadguard.h"
+#include "logging.h"
 #include "records/socialgenericdata.h"
 #include "requests/socialdatarequest.h"
 
@@ -29,21 +30,27 @@ bool readPayload(const QByteArray &bytes, Allowance &allowance, Guard safeBytes,
                  Drop drop)
 {
     const Allowance before = allowance;
+    int safe = 0;
+    qint64 end = 0;
     const auto readAs = [&](int version) {
         // Of several attempts only the last is kept, and counts.
         allowance = before;
-        const int safe = safeBytes(version);
+        safe = safeBytes(version);
         QDataStream in(QByteArray::fromRawData(bytes.constData(), safe));
         in.setVersion(version);
         read(in);
+        end = in.device()->pos();
         return in.status() == QDataStream::Ok && in.atEnd() && safe == bytes.size();
     };
     try {
         if (readAs(QDataStream::Qt_5_15) || readAs(QDataStream::Qt_4_8))
             return true;
         readAs(QDataStream::Qt_5_15);
+        qCWarning(Log::dbus) << "A payload of" << bytes.size() << "bytes is bad from byte" << end
+                             << "on;" << safe << "of them are safe";
     } catch (const std::bad_alloc &) {
         drop();
+        qCWarning(Log::dbus) << "There is no memory for a payload of" << bytes.size() << "bytes";
     }
     return false;
 }

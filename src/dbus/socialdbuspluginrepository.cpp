@@ -7,6 +7,7 @@
 #include "dbus/kinletinterfaceproxy.h"
 #include "dbus/kinletrunnerinterface.h"
 #include "dbus/receivelimit.h"
+#include "logging.h"
 
 #include <QDBusConnection>
 #include <QDBusInterface>
@@ -33,8 +34,10 @@ QStringList runnerNames(const QString &method)
     QDBusInterface daemon(BusNames::daemon(), QStringLiteral("/"), BusNames::daemon(),
                           QDBusConnection::sessionBus());
     const QDBusMessage reply = daemon.call(method);
-    if (reply.type() != QDBusMessage::ReplyMessage)
+    if (reply.type() != QDBusMessage::ReplyMessage) {
+        qCWarning(Log::dbus) << "The bus refuses" << method << "with" << reply.errorName();
         return {};
+    }
     QStringList names = reply.arguments().value(0).toStringList();
     names.erase(
         std::remove_if(names.begin(), names.end(),
@@ -79,8 +82,10 @@ void SocialDBusPluginRepository::updateInstalledPlugins()
 {
     const QStringList installed = runnerNames(QStringLiteral("ListActivatableNames"));
     for (const QString &name : installed) {
-        if (!d->watcher->watchedServices().contains(name))
-            d->watcher->addWatchedService(name);
+        if (d->watcher->watchedServices().contains(name))
+            continue;
+        qCDebug(Log::dbus) << name << "is watched: the bus can start it";
+        d->watcher->addWatchedService(name);
     }
 }
 
@@ -91,6 +96,7 @@ void SocialDBusPluginRepository::addServiceIfProvider(const QString &serviceName
         return;
     auto *runner = new KinletRunnerInterface(serviceName, BusNames::path(id),
                                              QDBusConnection::sessionBus(), nullptr);
+    qCInfo(Log::dbus) << "The runner" << id << "has appeared";
     // Takes the place of an earlier one, which is left to whoever was handed it.
     d->plugins.insert(id, new KinletInterfaceProxy(runner, id));
     Q_EMIT pluginLoaded(id);
@@ -101,6 +107,7 @@ void SocialDBusPluginRepository::onServiceUnregistered(const QString &serviceNam
     const QString id = BusNames::id(serviceName);
     if (id.isEmpty())
         return;
+    qCInfo(Log::dbus) << "The runner" << id << "has vanished";
     removePlugin(id);
     // Deliberately also if it never was a plug-in.
     Q_EMIT pluginRemoved(id);

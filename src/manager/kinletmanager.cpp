@@ -4,6 +4,7 @@
 #include "manager/kinletmanager.h"
 
 #include "dbus/socialdbuspluginrepository.h"
+#include "logging.h"
 #include "manager/kinletmanager_p.h"
 #include "plugins/socialpluginloader.h"
 #include "requests/getaggregatedservicesrequest.h"
@@ -19,7 +20,11 @@ const QString nameKey = QStringLiteral("name");
 SocialPluginRepository *createRepository()
 {
     // Any value with a 0 in it, 10 too, switches the bus off.
-    if (qgetenv("KINLET_USE_DBUS").contains('0'))
+    const bool inProcess = qgetenv("KINLET_USE_DBUS").contains('0');
+    qCDebug(Log::manager) << "Providers are"
+                          << (inProcess ? "plug-ins in this process"
+                                        : "runners on the session bus");
+    if (inProcess)
         return SocialPluginLoader::createClassLoader();
     return new SocialDBusPluginRepository(nullptr);
 }
@@ -53,6 +58,8 @@ KinletManagerPrivate::~KinletManagerPrivate()
 QSharedPointer<KinletInterface> KinletManagerPrivate::pluginHandle(const QString &id) const
 {
     KinletInterface *const plugin = pluginRepository->kinletPlugin(id);
+    if (!plugin)
+        qCInfo(Log::manager) << "The plug-in" << id << "is no provider";
     // One that is registered already must not get a second owner.
     for (const auto &registered : providers) {
         if (registered == plugin)
@@ -109,8 +116,12 @@ KinletManager::KinletManager(QObject *parent, KinletManager **self)
     d->collecting = false;
     // Not emitted: nobody is connected yet. If there were plug-ins but no provider among them,
     // start-up is left to a provider that comes later.
-    if (ready && d->pendingProviders.isEmpty())
+    if (ready && d->pendingProviders.isEmpty()) {
         d->initializedFlag = true;
+        qCDebug(Log::manager) << "Start-up is complete";
+    } else {
+        qCDebug(Log::manager) << "Start-up waits for the accounts of" << d->pendingProviders;
+    }
 }
 
 // Deliberately leaves instance_ alone: only cleanupInstance() ends the singleton.
@@ -149,8 +160,11 @@ bool KinletManager::addProvider(QSharedPointer<KinletInterface> provider)
     if (!provider)
         return false;
     const QString name = providerName(provider.data());
-    if (d->providers.contains(name))
+    if (d->providers.contains(name)) {
+        qCWarning(Log::manager) << "There is a provider" << name << "already: another is refused";
         return false;
+    }
+    qCInfo(Log::manager) << "The provider" << name << "is added";
     connect(provider.data(), SIGNAL(personsUpdate(QList<SocialNetworkPerson>, QList<QString>)),
             this, SIGNAL(personsUpdate(QList<SocialNetworkPerson>, QList<QString>)),
             Qt::UniqueConnection);
@@ -194,8 +208,10 @@ void KinletManager::onPluginRemoved(const QString &name)
     d->pendingProviders.removeAll(name);
     const QSharedPointer<KinletInterface> provider = d->providers.take(name);
     // From everybody, not from the manager only.
-    if (provider)
+    if (provider) {
+        qCInfo(Log::manager) << "The provider" << name << "is removed";
         QObject::disconnect(provider.data(), nullptr, nullptr, nullptr);
+    }
     d->serviceCache.remove(name);
     d->accountCache.remove(name);
 }
@@ -208,6 +224,7 @@ void KinletManager::onInitalized()
         return;
     const QStringList dropped = d->pendingProviders;
     for (const QString &name : dropped) {
+        qCWarning(Log::manager) << "The provider" << name << "is dropped: its accounts are unknown";
         d->providers.remove(name);
         d->serviceCache.remove(name);
         d->accountCache.remove(name);

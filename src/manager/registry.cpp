@@ -3,6 +3,7 @@
 
 // The manager's registry of services and accounts.
 
+#include "logging.h"
 #include "manager/kinletmanager.h"
 #include "manager/kinletmanager_p.h"
 #include "requests/socialdatarequest.h"
@@ -103,6 +104,8 @@ void KinletManager::onGetServicesFinished(SocialDataRequest *request)
     const QString name = d->initRequests.value(request);
     if (d->initRequests.remove(request) == 0)
         return;
+    qCDebug(Log::manager) << "The provider" << name << "has" << request->results().size()
+                          << "services";
     d->serviceCache.insert(name, typedResults<SocialService>(request->results()));
     request->deleteLater();
 }
@@ -112,6 +115,8 @@ void KinletManager::onGetAccountsFinished(SocialDataRequest *request)
     const QString name = d->initRequests.value(request);
     if (d->initRequests.remove(request) == 0)
         return;
+    qCDebug(Log::manager) << "The provider" << name << "has" << request->results().size()
+                          << "accounts";
     d->accountCache.insert(name, typedResults<SocialServiceAccount>(request->results()));
     request->deleteLater();
     if (isInitialized())
@@ -120,5 +125,6 @@ void KinletManager::onGetAccountsFinished(SocialDataRequest *request)
     if (d->collecting || !d->pendingProviders.isEmpty())
         return;
     d->initializedFlag = true;
+    qCDebug(Log::manager) << "Start-up is complete";
     Q_EMIT initialized();
 }

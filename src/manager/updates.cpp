@@ -3,6 +3,7 @@
 
 // What providers push, on its way to the application.
 
+#include "logging.h"
 #include "manager/kinletmanager.h"
 #include "manager/kinletmanager_p.h"
 
@@ -29,8 +30,12 @@ void KinletManager::onDataUpdate(const QList<SocialGenericData> &data,
     if (!provider)
         return;
     const QString name = providerName(provider);
-    if (name.isEmpty())
+    if (name.isEmpty()) {
+        qCWarning(Log::manager) << "An update of a provider without a name is dropped";
         return;
+    }
+    qCDebug(Log::manager) << "The provider" << name << "has news of" << data.size()
+                          << "records, updated:" << updatedProperties;
     const bool progress = updatedProperties.contains(SocialServiceAccount::ImportProgress);
     const bool state = updatedProperties.contains(SocialServiceAccount::State);
     if (!progress && !state) {
@@ -58,8 +63,10 @@ void KinletManager::accountStateUpdate(const QString &providerName,
     }
     // Deliberately silent before start-up is complete, unlike imports. The registry keeps the
     // accounts.
-    if (isInitialized() && !gone.isEmpty())
+    if (isInitialized() && !gone.isEmpty()) {
+        qCInfo(Log::manager) << "Accounts are gone:" << gone;
         Q_EMIT accountsRemoved(gone);
+    }
 }
 
 void KinletManager::importProgressUpdate(const QString &providerName,

@@ -3,6 +3,7 @@
 
 #include "plugins/socialpluginloader.h"
 
+#include "logging.h"
 #include "provider/kinletinterface.h"
 
 #include <QDebug>
@@ -70,6 +71,8 @@ void SocialPluginLoader::loadPlugins(const QString &dir)
     const QDir directory(dir.isEmpty() ? d->pluginPath : dir, QStringLiteral("*.so"),
                          QDir::Name | QDir::IgnoreCase, QDir::Files | QDir::NoDotAndDotDot);
     const QFileInfoList entries = directory.entryInfoList();
+    qCDebug(Log::plugins) << "The folder" << directory.path() << "has" << entries.size()
+                          << "plug-in files";
     for (const QFileInfo &entry : entries)
         loadPluginImpl(directory.absoluteFilePath(entry.fileName()));
     Q_EMIT pluginsLoaded();
@@ -91,6 +94,7 @@ QString SocialPluginLoader::loadPluginImpl(const QString &path)
     QObject *instance = loader->instance();
     if (!instance) {
         qCritical() << "Problem loading plugin: " << path << ": " << loader->errorString();
+        qCWarning(Log::plugins) << path << "is refused: it does not load";
         loader->unload();
         return QString();
     }
@@ -99,15 +103,22 @@ QString SocialPluginLoader::loadPluginImpl(const QString &path)
         qCritical() << "Unexpected class type from plugin: "
                     << "type=" << instance->metaObject()->className()
                     << ": Error=" << loader->errorString();
+        qCWarning(Log::plugins) << path << "is refused: it holds a"
+                                << instance->metaObject()->className();
         loader->unload();
         return QString();
     }
     const QString id = plugin->metaData().value(QStringLiteral("name")).toString();
     // Deliberately without unload(): an excluded plug-in stays in memory.
-    if (d->excludedPlugins.contains(id))
+    if (d->excludedPlugins.contains(id)) {
+        qCInfo(Log::plugins) << path << "is refused: the plug-in" << id << "is excluded";
         return QString();
+    }
+    qCInfo(Log::plugins) << path << "is loaded: the plug-in" << id;
     d->loaders.append(loader.release());
     // A later plug-in of the same id takes the place of an earlier one.
+    if (d->plugins.contains(id))
+        qCWarning(Log::plugins) << "There was another plug-in" << id << "before";
     d->plugins.insert(id, plugin);
     connect(plugin, SIGNAL(error(QString, QString, QString)), this,
             SLOT(onError(QString, QString, QString)));
@@ -127,6 +138,7 @@ bool SocialPluginLoader::initPlugin(const QString &id)
     PersonCollectorInterface *const found = id.isEmpty() ? nullptr : plugin(id);
     if (!found || d->excludedPlugins.contains(id))
         return false;
+    qCDebug(Log::plugins) << "The plug-in" << id << "is initialised";
     found->init();
     return true;
 }
@@ -135,6 +147,7 @@ void SocialPluginLoader::unloadAllPlugins()
 {
     const QList<QPluginLoader *> loaders = std::exchange(d->loaders, {});
     d->plugins.clear();
+    qCDebug(Log::plugins) << loaders.size() << "plug-ins are unloaded";
     for (QPluginLoader *loader : loaders) {
         loader->unload();
         delete loader;
@@ -176,6 +189,8 @@ void SocialPluginLoader::onError(const QString &name, const QString &error, cons
     const QString failed = name;
     const QPointer<SocialPluginLoader> self(this);
     d->recovering.append(failed);
+    qCWarning(Log::plugins) << "The plug-in" << failed
+                            << "reports an error and is initialised again";
     // Deliberately once for every plug-in held, and with an entry for a name that is not known.
     const QStringList held = validPlugins();
     for (int i = 0; i < held.size() && self; ++i) {

@@ -3,6 +3,7 @@
 
 #include "provider/kinletinterface.h"
 
+#include "logging.h"
 #include "requests/socialdatarequest.h"
 #include "requests/typedresults_p.h"
 
@@ -21,6 +22,7 @@ void KinletInterface::performRequest(SocialDataRequest *request)
         request->setResults(plainResults(accounts()));
         break;
     default:
+        qCWarning(Log::provider) << request << "is of a kind that its provider does not support";
         errors.append(KinletError(KinletError::UnsupportedRequest));
     }
     request->setRequestProgress(SocialDataRequest::Finished, errors);

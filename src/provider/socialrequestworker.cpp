@@ -3,6 +3,7 @@
 
 #include "provider/socialrequestworker.h"
 
+#include "logging.h"
 #include "manager/kinletmanager.h"
 #include "provider/kinletinterface.h"
 #include "requests/socialdatarequest.h"
@@ -124,6 +125,14 @@ QMetaMethod slotNamed(const char *signature)
     return worker.method(worker.indexOfSlot(signature));
 }
 
+void logDispatch(const SocialDataRequest *request, SocialDataRequest *copy, const QString &name)
+{
+    qCDebug(Log::provider) << request << "goes to" << name << "as" << copy;
+    // So that each message about the copy names its provider.
+    if (Log::requests().isDebugEnabled())
+        copy->setObjectName(name);
+}
+
 }
 
 SocialRequestWorker::SocialRequestWorker(QObject *parent)
@@ -168,6 +177,7 @@ bool SocialRequestWorker::performRequest(SocialDataRequest *request)
         d->jobsByCopy.insert(copy, job);
         job->copyProviders.insert(copy, manager->provider(name));
         connect(copy, finished, this, onFinished);
+        logDispatch(request, copy, name);
     }
     d->jobsByRequest.insert(request, job);
     connect(request, SIGNAL(destroyed(QObject *)), this, SLOT(onRequestDisposed(QObject *)));
@@ -213,6 +223,7 @@ SocialDataRequest *SocialRequestWorker::requestCopy(SocialDataRequest *request)
     if (!copy) {
         delete object;
         qCritical("static SocialDataRequest* SocialRequestWorker::requestCopy(SocialDataRequest*)");
+        qCWarning(Log::provider) << request << "cannot be copied: its class makes no request";
         return nullptr;
     }
     QByteArray bytes;
@@ -266,8 +277,10 @@ bool SocialRequestWorker::processResults(SocialRequestJob *job)
 void SocialRequestWorker::requestFinished(SocialDataRequest *request)
 {
     SocialRequestJob *job = d->jobsByCopy.value(request);
-    if (!job)
+    if (!job) {
+        qCDebug(Log::provider) << request << "is answered, but nobody waits for it";
         return;
+    }
     const QPointer<SocialRequestWorker> self(this);
     const bool completed = processResults(job);
     // A slot on the caller's request may have let another answer complete the job meanwhile: then
@@ -290,6 +303,8 @@ void SocialRequestWorker::timeoutElapsed()
         for (const Dispatch &dispatch : dispatches) {
             if (!dispatch.copy || dispatch.copy->status() == SocialDataRequest::Finished)
                 continue;
+            qCWarning(Log::provider) << dispatch.copy.data() << "has not been answered in"
+                                     << TimeoutSeconds << "seconds and is cancelled";
             dispatch.provider->cancelRequest(dispatch.copy);
             if (!self)
                 return;
@@ -317,6 +332,8 @@ void SocialRequestWorker::onRequestDisposed(QObject *object)
         if (!job->callerAlive)
             continue;
         job->callerAlive = false;
+        qCDebug(Log::provider) << "A request is deleted while" << job->copies.size()
+                               << "providers work for it";
         processResults(job);
     }
 }

@@ -3,6 +3,7 @@
 
 #include "requests/socialdatarequest.h"
 
+#include "logging.h"
 #include "records/streamreading_p.h"
 #include "requests/socialdatarequest_p.h"
 
@@ -63,6 +64,8 @@ void SocialDataRequest::setRequestProgress(Status status, const QList<KinletErro
 {
     d_ptr->status = status;
     d_ptr->errors = errors;
+    qCDebug(Log::requests) << this << "has status" << status << "with" << d_ptr->results.size()
+                           << "results and" << errors.size() << "errors";
     if (isFinished())
         Q_EMIT finished(this);
 }
