@@ -5,6 +5,7 @@
 #include "dbus/receivelimit.h"
 #include "exitcodes.h"
 #include "interrupt.h"
+#include "language.h"
 #include "providerplugin.h"
 #include "runnerhost.h"
 
@@ -31,7 +32,7 @@ int list()
 {
     const QStringList paths = pluginFiles();
     if (paths.isEmpty())
-        std::printf("No plug-ins in %s\n", qPrintable(pluginFolder()));
+        std::printf("%s\n", qPrintable(Tool::tr("No plug-ins in %1").arg(pluginFolder())));
     for (const QString &path : paths) {
         const LoadedProvider loaded = loadFile(path);
         if (loaded.provider)
@@ -56,8 +57,8 @@ int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interr
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected())
         return fail(NoBus,
-                    QStringLiteral("there is no session bus: %1; 'dbus-run-session' "
-                                   "starts one")
+                    Tool::tr("there is no session bus: %1; 'dbus-run-session' "
+                             "starts one")
                         .arg(bus.lastError().message()));
     raiseReceiveLimit(bus);
     // First, so that it hears of what goes wrong in init().
@@ -66,7 +67,7 @@ int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interr
     // The object first: whoever sees the name may call it.
     bus.registerObject(BusNames::path(loaded.name), &host, QDBusConnection::ExportAdaptors);
     if (!bus.registerService(service))
-        return fail(NameTaken, QStringLiteral("%1 is taken by another process").arg(service));
+        return fail(NameTaken, Tool::tr("%1 is taken by another process").arg(service));
 
     const auto leave = [&] {
         bus.unregisterService(service);
@@ -91,7 +92,7 @@ int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interr
                 QStringLiteral("org.freedesktop.DBus.Local"), QStringLiteral("Disconnected"), &host,
                 SIGNAL(busLost()));
     QObject::connect(&host, &RunnerHost::busLost, &host, [] {
-        QCoreApplication::exit(fail(BusLost, QStringLiteral("the session bus went away")));
+        QCoreApplication::exit(fail(BusLost, Tool::tr("the session bus went away")));
     });
     return QCoreApplication::exec();
 }
@@ -101,13 +102,14 @@ int serve(const LoadedProvider &loaded, int idleSeconds, const Interrupt &interr
 int main(int argc, char *argv[])
 {
     QCoreApplication application(argc, argv);
+    speak(wantedLanguages());
     const Interrupt interrupt;
     QCoreApplication::setApplicationName(QStringLiteral("kinlet-runner"));
     QCoreApplication::setApplicationVersion(QStringLiteral(KINLET_VERSION));
     KinletInitializer::init();
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
+    parser.setApplicationDescription(Tool::tr(
         "Serves a provider plug-in on the session bus, as com.orvane.kinlet.NAME.\n\n"
         "Ends with 0 when asked to by SIGTERM or SIGINT, 1 when the bus goes away, 2 after wrong\n"
         "use, 3 without such a provider, 4 for a name that cannot be part of a bus name, 5\n"
@@ -116,16 +118,15 @@ int main(int argc, char *argv[])
     parser.addHelpOption();
     parser.addVersionOption();
     const QCommandLineOption listOption(QStringLiteral("list"),
-                                        QStringLiteral("Show the plug-ins that are found."));
+                                        Tool::tr("Show the plug-ins that are found."));
     const QCommandLineOption idleOption(
-        QStringLiteral("idle-exit"),
-        QStringLiteral("Leave when nobody has asked for that many seconds."),
-        QStringLiteral("seconds"));
+        QStringLiteral("idle-exit"), Tool::tr("Leave when nobody has asked for that many seconds."),
+        Tool::tr("seconds"));
     parser.addOptions({listOption, idleOption});
-    parser.addPositionalArgument(QStringLiteral("NAME|FILE.so"),
-                                 QStringLiteral("The provider, by its name or by its file."));
+    parser.addPositionalArgument(Tool::tr("NAME|FILE.so"),
+                                 Tool::tr("The provider, by its name or by its file."));
     if (!parser.parse(QCoreApplication::arguments()))
-        return fail(WrongUse, parser.errorText() + QStringLiteral("; see --help"));
+        return fail(WrongUse, Tool::tr("%1; see --help").arg(parser.errorText()));
     // Answers --help, --help-all and --version.
     parser.process(application);
     if (parser.isSet(listOption))
@@ -133,7 +134,7 @@ int main(int argc, char *argv[])
 
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() != 1)
-        return fail(WrongUse, QStringLiteral("name one provider, or its file; see --help"));
+        return fail(WrongUse, Tool::tr("name one provider, or its file; see --help"));
     bool isNumber = true;
     const int idleSeconds =
         parser.isSet(idleOption) ? parser.value(idleOption).toInt(&isNumber) : 0;
@@ -142,7 +143,7 @@ int main(int argc, char *argv[])
         || (parser.isSet(idleOption) && idleSeconds == 0))
         return fail(
             WrongUse,
-            QStringLiteral("--idle-exit takes a number of seconds from 1 to %1").arg(mostSeconds));
+            Tool::tr("--idle-exit takes a number of seconds from 1 to %1").arg(mostSeconds));
 
     const QString &wanted = arguments.first();
     const bool isFile = wanted.endsWith(QStringLiteral(".so")) || wanted.contains(QLatin1Char('/'));
@@ -151,8 +152,8 @@ int main(int argc, char *argv[])
         return fail(NoProvider, loaded.problem);
     if (!isValidElement(loaded.name))
         return fail(InvalidName,
-                    QStringLiteral("the provider's name '%1' cannot be part of a bus "
-                                   "name: letters, digits and _ only, no digit first")
+                    Tool::tr("the provider's name '%1' cannot be part of a bus "
+                             "name: letters, digits and _ only, no digit first")
                         .arg(loaded.name));
     return serve(loaded, idleSeconds, interrupt);
 }

@@ -3,6 +3,8 @@
 
 #include "providerplugin.h"
 
+#include "language.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QPluginLoader>
@@ -32,12 +34,12 @@ LoadedProvider loadFile(const QString &path)
     QPluginLoader loader(QFileInfo(path).absoluteFilePath());
     QObject *root = loader.instance();
     if (!root) {
-        loaded.problem = QStringLiteral("%1 cannot be loaded: %2").arg(path, loader.errorString());
+        loaded.problem = Tool::tr("%1 cannot be loaded: %2").arg(path, loader.errorString());
         return loaded;
     }
     auto *provider = qobject_cast<KinletInterface *>(root);
     if (!provider) {
-        loaded.problem = QStringLiteral("%1 is a plug-in, but no provider").arg(path);
+        loaded.problem = Tool::tr("%1 is a plug-in, but no provider").arg(path);
         return loaded;
     }
     loaded.provider.reset(provider);
@@ -57,8 +59,8 @@ LoadedProvider loadByName(const QString &name)
             return loaded;
     }
     LoadedProvider none;
-    none.problem = QStringLiteral("there is no provider named '%1' in %2; "
-                                  "'kinlet-runner --list' shows those that there are")
+    none.problem = Tool::tr("there is no provider named '%1' in %2; "
+                            "'kinlet-runner --list' shows those that there are")
                        .arg(name, pluginFolder());
     return none;
 }

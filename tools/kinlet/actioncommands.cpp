@@ -3,6 +3,7 @@
 
 #include "commands.h"
 
+#include "language.h"
 #include "listing.h"
 #include "locate.h"
 #include "output.h"
@@ -33,13 +34,13 @@ bool readText(Context &context, const QString &argument, QString &text)
     char buffer[4096];
     for (ssize_t count = -1; count != 0; input.append(buffer, int(count))) {
         if (!context.session.waitToRead(STDIN_FILENO)) {
-            context.report.failure(QStringLiteral("interrupted; nothing has been sent"));
+            context.report.failure(Tool::tr("interrupted; nothing has been sent"));
             return false;
         }
         count = ::read(STDIN_FILENO, buffer, sizeof buffer);
         if (count < 0) {
-            context.report.failure(QStringLiteral("standard input: ")
-                                   + QString::fromLocal8Bit(std::strerror(errno)));
+            context.report.failure(
+                Tool::tr("standard input: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
             return false;
         }
     }
@@ -105,8 +106,7 @@ ExitCode actOnActivity(Context &context, const QString &activityId, const QStrin
 ExitCode setLike(Context &context, bool like)
 {
     const QString id = context.line.arguments.first();
-    const QString done =
-        like ? QStringLiteral("Liked with %1.") : QStringLiteral("Like taken back with %1.");
+    const QString done = like ? Tool::tr("Liked with %1.") : Tool::tr("Like taken back with %1.");
     return actOnActivity(context, id, done,
                          [&] { return std::make_unique<SocialLikeActivityRequest>(id, like); });
 }
@@ -117,23 +117,22 @@ ExitCode runPost(Context &context)
 {
     const QList<SocialServiceAccount> accounts = context.session.accounts();
     if (accounts.isEmpty()) {
-        context.report.failure(QStringLiteral("there is no account to post with"));
+        context.report.failure(Tool::tr("there is no account to post with"));
         return context.report.exitCode();
     }
     const bool several = accounts.size() > 1 || context.session.hasLeftOut();
     if (several && context.line.accounts.isEmpty()) {
-        context.report.note(QStringLiteral("a post goes to one account; choose it with --account, "
-                                           "or say --account all:"));
+        context.report.note(Tool::tr("a post goes to one account; choose it with --account, "
+                                     "or say --account all:"));
         listChoice(context, accounts);
         return WrongUse;
     }
     QString text;
     if (!readText(context, context.line.arguments.first(), text))
         return context.report.exitCode();
-    return act(
-        context, targetsOf(context.session, accounts), QStringLiteral("Posted with %1."), [&] {
-            return std::make_unique<SocialPostActivitiesRequest>(SocialActivity::Status, text);
-        });
+    return act(context, targetsOf(context.session, accounts), Tool::tr("Posted with %1."), [&] {
+        return std::make_unique<SocialPostActivitiesRequest>(SocialActivity::Status, text);
+    });
 }
 
 ExitCode runComment(Context &context)
@@ -142,7 +141,7 @@ ExitCode runComment(Context &context)
     if (!readText(context, context.line.arguments.last(), text))
         return context.report.exitCode();
     const QString id = context.line.arguments.first();
-    return actOnActivity(context, id, QStringLiteral("Commented with %1."), [&] {
+    return actOnActivity(context, id, Tool::tr("Commented with %1."), [&] {
         return std::make_unique<SocialPostActivitiesRequest>(SocialActivity::Comment, text, id);
     });
 }

@@ -4,6 +4,7 @@
 #include "commandline.h"
 
 #include "commands.h"
+#include "language.h"
 #include "nearest.h"
 #include "times.h"
 
@@ -25,24 +26,34 @@ struct OptionText {
 };
 
 constexpr OptionText optionTexts[] = {
-    {"account", "ID", "only this account, repeatable; \"all\" to post with every one"},
-    {"limit", "N", "at most so many entries (timeline: 20, comments of show: 100)"},
-    {"before", "TIME", "only what is older: 2026-03-12 or 2026-03-12T14:30, Z for UTC"},
-    {"after", "TIME", "only what is newer"},
-    {"filter", "PROPERTY=REGEXP", "only persons whose property matches, repeatable"},
-    {"profile", "PERSON", "only what the person with this id has published"},
-    {"type", "TYPE", "status (if not given), comment, message or any"},
-    {"post", nullptr, "check: also post and like, which others may see"},
-    {"pause", "SECONDS", "check: how long a call may hold up the event loop (0.2)"},
-    {"json", nullptr, "one JSON object a line, with every property"},
-    {"absolute", nullptr, "exact times instead of relative ones"},
-    {"in-process", nullptr, "load provider plug-ins into this process"},
-    {"bus", nullptr, "use the providers on the session bus"},
-    {"plugin-path", "DIR", "load provider plug-ins from this folder; means --in-process"},
-    {"timeout", "SECONDS", "how long providers may take to start (10)"},
-    {"wait", "SECONDS", "how long to wait for answers (10)"},
-    {"help", nullptr, "print this text"},
-    {"version", nullptr, "print the version"},
+    {"account", QT_TRANSLATE_NOOP("Tool", "ID"),
+     QT_TRANSLATE_NOOP("Tool", "only this account, repeatable; \"all\" to post with every one")},
+    {"limit", QT_TRANSLATE_NOOP("Tool", "N"),
+     QT_TRANSLATE_NOOP("Tool", "at most so many entries (timeline: 20, comments of show: 100)")},
+    {"before", QT_TRANSLATE_NOOP("Tool", "TIME"),
+     QT_TRANSLATE_NOOP("Tool", "only what is older: 2026-03-12 or 2026-03-12T14:30, Z for UTC")},
+    {"after", QT_TRANSLATE_NOOP("Tool", "TIME"), QT_TRANSLATE_NOOP("Tool", "only what is newer")},
+    {"filter", QT_TRANSLATE_NOOP("Tool", "PROPERTY=REGEXP"),
+     QT_TRANSLATE_NOOP("Tool", "only persons whose property matches, repeatable")},
+    {"profile", QT_TRANSLATE_NOOP("Tool", "PERSON"),
+     QT_TRANSLATE_NOOP("Tool", "only what the person with this id has published")},
+    {"type", QT_TRANSLATE_NOOP("Tool", "TYPE"),
+     QT_TRANSLATE_NOOP("Tool", "status (if not given), comment, message or any")},
+    {"post", nullptr, QT_TRANSLATE_NOOP("Tool", "check: also post and like, which others may see")},
+    {"pause", QT_TRANSLATE_NOOP("Tool", "SECONDS"),
+     QT_TRANSLATE_NOOP("Tool", "check: how long a call may hold up the event loop (0.2)")},
+    {"json", nullptr, QT_TRANSLATE_NOOP("Tool", "one JSON object a line, with every property")},
+    {"absolute", nullptr, QT_TRANSLATE_NOOP("Tool", "exact times instead of relative ones")},
+    {"in-process", nullptr, QT_TRANSLATE_NOOP("Tool", "load provider plug-ins into this process")},
+    {"bus", nullptr, QT_TRANSLATE_NOOP("Tool", "use the providers on the session bus")},
+    {"plugin-path", QT_TRANSLATE_NOOP("Tool", "DIR"),
+     QT_TRANSLATE_NOOP("Tool", "load provider plug-ins from this folder; means --in-process")},
+    {"timeout", QT_TRANSLATE_NOOP("Tool", "SECONDS"),
+     QT_TRANSLATE_NOOP("Tool", "how long providers may take to start (10)")},
+    {"wait", QT_TRANSLATE_NOOP("Tool", "SECONDS"),
+     QT_TRANSLATE_NOOP("Tool", "how long to wait for answers (10)")},
+    {"help", nullptr, QT_TRANSLATE_NOOP("Tool", "print this text")},
+    {"version", nullptr, QT_TRANSLATE_NOOP("Tool", "print the version")},
 };
 
 QString fromLatin(const char *text)
@@ -65,6 +76,11 @@ const QStringList generalOptions{
     QStringLiteral("wait"), QStringLiteral("help"),        QStringLiteral("version"),
 };
 
+QString shownArguments(const Command &command)
+{
+    return command.arguments.isEmpty() ? QString() : Tool::tr(qUtf8Printable(command.arguments));
+}
+
 QString entry(const QString &term, const QString &description)
 {
     return QStringLiteral("  %1  %2\n").arg(term, -26).arg(description);
@@ -72,32 +88,32 @@ QString entry(const QString &term, const QString &description)
 
 QString helpText()
 {
-    QString text = QStringLiteral("Usage: kinlet COMMAND [ARGUMENT...] [OPTION...]\n\n"
-                                  "Social networks on the command line.\n\nCommands:\n");
+    QString text = Tool::tr("Usage: kinlet COMMAND [ARGUMENT...] [OPTION...]\n\n"
+                            "Social networks on the command line.\n\nCommands:\n");
     for (const Command &command : allCommands())
-        text += entry(QString(command.name + QLatin1Char(' ') + command.arguments).trimmed(),
+        text += entry(QString(command.name + QLatin1Char(' ') + shownArguments(command)).trimmed(),
                       command.description);
-    text += QStringLiteral("\nOptions:\n");
+    text += Tool::tr("\nOptions:\n");
     for (const OptionText &option : optionTexts) {
-        const QString value = option.value ? QLatin1Char(' ') + fromLatin(option.value) : QString();
+        const QString value = option.value ? QLatin1Char(' ') + Tool::tr(option.value) : QString();
         text += entry(QStringLiteral("--") + fromLatin(option.name) + value,
-                      fromLatin(option.description));
+                      Tool::tr(option.description));
     }
-    text += QStringLiteral("\nA TEXT that is - is read from standard input; one that begins "
-                           "with a dash goes after --.\n\nExit codes:\n");
-    text += entry(QStringLiteral("0"), QStringLiteral("done"));
-    text += entry(QStringLiteral("1"),
-                  QStringLiteral("ended with errors; what did come has been printed"));
-    text += entry(QStringLiteral("2"), QStringLiteral("wrong use"));
-    text += entry(QStringLiteral("3"), QStringLiteral("no provider"));
-    text += QStringLiteral("\nEnvironment:\n");
+    text += Tool::tr("\nA TEXT that is - is read from standard input; one that begins "
+                     "with a dash goes after --.\n\nExit codes:\n");
+    text += entry(QStringLiteral("0"), Tool::tr("done"));
+    text +=
+        entry(QStringLiteral("1"), Tool::tr("ended with errors; what did come has been printed"));
+    text += entry(QStringLiteral("2"), Tool::tr("wrong use"));
+    text += entry(QStringLiteral("3"), Tool::tr("no provider"));
+    text += Tool::tr("\nEnvironment:\n");
     text += entry(QStringLiteral("KINLET_USE_DBUS"),
-                  QStringLiteral("a value with a 0 in it means --in-process, any other --bus"));
+                  Tool::tr("a value with a 0 in it means --in-process, any other --bus"));
     text += entry(QStringLiteral("KINLET_PLUGIN_PATH"),
-                  QStringLiteral("the folder of the provider plug-ins"));
-    text += entry(QStringLiteral("COLUMNS"), QStringLiteral("the width to wrap lines at"));
+                  Tool::tr("the folder of the provider plug-ins"));
+    text += entry(QStringLiteral("COLUMNS"), Tool::tr("the width to wrap lines at"));
     text += entry(QStringLiteral("NO_COLOR"),
-                  QStringLiteral("if not empty, no colours, not even on a terminal"));
+                  Tool::tr("if not empty, no colours, not even on a terminal"));
     return text;
 }
 
@@ -107,7 +123,7 @@ QString parseMistake(const QCommandLineParser &parser)
     if (unknown.isEmpty())
         return parser.errorText();
     const QString typed = QStringLiteral("--") + unknown.first();
-    return QStringLiteral("unknown option \"%1\"").arg(typed) + didYouMean(typed, optionNames());
+    return Tool::tr("unknown option \"%1\"").arg(typed) + didYouMean(typed, optionNames());
 }
 
 const Command *findCommand(const QString &name, QString &mistake)
@@ -118,9 +134,9 @@ const Command *findCommand(const QString &name, QString &mistake)
             return &command;
         names.append(command.name);
     }
-    mistake = QStringLiteral("unknown command \"%1\"").arg(name)
+    mistake = Tool::tr("unknown command \"%1\"").arg(name)
         + didYouMean(name, names,
-                     QStringLiteral("; the commands are ") + names.join(QStringLiteral(", ")));
+                     Tool::tr("; the commands are %1").arg(names.join(QStringLiteral(", "))));
     return nullptr;
 }
 
@@ -131,8 +147,8 @@ QString optionMistake(const QCommandLineParser &parser, const Command &command)
         if (generalOptions.contains(name) || command.options.contains(name))
             continue;
         const QString fitting = command.options.join(QStringLiteral(", --"));
-        return QStringLiteral("%1 does not take --%2").arg(command.name, name)
-            + (fitting.isEmpty() ? QString() : QStringLiteral("; it takes --") + fitting);
+        return Tool::tr("%1 does not take --%2").arg(command.name, name)
+            + (fitting.isEmpty() ? QString() : Tool::tr("; it takes --%1").arg(fitting));
     }
     return QString();
 }
@@ -145,14 +161,14 @@ QString argumentMistake(const CommandLine &line)
     const int least = most - int(line.command->arguments.count(QLatin1Char('[')));
     if (line.arguments.size() >= least && line.arguments.size() <= most)
         return QString();
-    const QString usage =
-        QStringLiteral("kinlet %1 %2").arg(line.command->name, line.command->arguments).trimmed();
+    const QString shown = shownArguments(*line.command);
+    const QString usage = QStringLiteral("kinlet %1 %2").arg(line.command->name, shown).trimmed();
     if (line.arguments.size() < least)
-        return QStringLiteral("%1 is missing: %2").arg(expected[line.arguments.size()], usage);
+        return Tool::tr("%1 is missing: %2")
+            .arg(shown.split(QLatin1Char(' ')).value(int(line.arguments.size())), usage);
     const bool text = line.command->arguments.endsWith(QStringLiteral("TEXT"));
-    return QStringLiteral("too many arguments, from \"%1\" on: %2%3")
-        .arg(line.arguments[most], usage,
-             text ? QStringLiteral(" (put the text in quotes)") : QString());
+    return Tool::tr("too many arguments, from \"%1\" on: %2%3")
+        .arg(line.arguments[most], usage, text ? Tool::tr(" (put the text in quotes)") : QString());
 }
 
 QString readSeconds(const QCommandLineParser &parser, const QString &option, int &milliseconds)
@@ -162,7 +178,7 @@ QString readSeconds(const QCommandLineParser &parser, const QString &option, int
     bool valid = false;
     const double seconds = parser.value(option).toDouble(&valid);
     if (!valid || !(seconds >= 0 && seconds <= 1000000))
-        return QStringLiteral("--%1 takes a number of seconds, not \"%2\"")
+        return Tool::tr("--%1 takes a number of seconds, not \"%2\"")
             .arg(option, parser.value(option));
     milliseconds = int(std::lround(seconds * 1000));
     return QString();
@@ -175,7 +191,7 @@ QString readTime(const QCommandLineParser &parser, const QString &option, QDateT
     time = parsedTime(parser.value(option));
     if (time.isValid())
         return QString();
-    return QStringLiteral("--%1 takes a time like 2026-03-12 or 2026-03-12T14:30, not \"%2\"")
+    return Tool::tr("--%1 takes a time like 2026-03-12 or 2026-03-12T14:30, not \"%2\"")
         .arg(option, parser.value(option));
 }
 
@@ -201,15 +217,15 @@ QString readFilter(const QString &value, QList<QPair<QString, QRegExp>> &filters
     };
     const int equals = int(value.indexOf(QLatin1Char('=')));
     if (equals < 1)
-        return QStringLiteral("--filter takes PROPERTY=REGEXP, not \"%1\"").arg(value);
+        return Tool::tr("--filter takes PROPERTY=REGEXP, not \"%1\"").arg(value);
     const QString property = value.left(equals);
     if (!properties.contains(property))
-        return QStringLiteral("persons have no property \"%1\"").arg(property)
+        return Tool::tr("persons have no property \"%1\"").arg(property)
             + didYouMean(property, properties,
-                         QStringLiteral("; they have ") + properties.join(QStringLiteral(", ")));
+                         Tool::tr("; they have %1").arg(properties.join(QStringLiteral(", "))));
     const QRegExp pattern(value.mid(equals + 1), Qt::CaseInsensitive);
     if (!pattern.isValid())
-        return QStringLiteral("\"%1\" is not a regular expression: %2")
+        return Tool::tr("\"%1\" is not a regular expression: %2")
             .arg(pattern.pattern(), pattern.errorString());
     filters.append({property, pattern});
     return QString();
@@ -221,9 +237,9 @@ QString readType(const QString &value, SocialActivity::Type &type)
                                    QStringLiteral("message"), QStringLiteral("any")};
     const int index = int(names.indexOf(value));
     if (index < 0)
-        return QStringLiteral("unknown type \"%1\"").arg(value)
+        return Tool::tr("unknown type \"%1\"").arg(value)
             + didYouMean(value, names,
-                         QStringLiteral("; the types are ") + names.join(QStringLiteral(", ")));
+                         Tool::tr("; the types are %1").arg(names.join(QStringLiteral(", "))));
     type = SocialActivity::Type(SocialActivity::Status + index);
     return QString();
 }
@@ -234,7 +250,7 @@ QString readLimit(const QString &value, int &limit)
     limit = value.toInt(&valid);
     if (valid && limit > 0)
         return QString();
-    return QStringLiteral("--limit takes a number from 1 on, not \"%1\"").arg(value);
+    return Tool::tr("--limit takes a number from 1 on, not \"%1\"").arg(value);
 }
 
 QString readSource(const QCommandLineParser &parser, CommandLine &line)
@@ -242,7 +258,7 @@ QString readSource(const QCommandLineParser &parser, CommandLine &line)
     const bool bus = parser.isSet(QStringLiteral("bus"));
     const bool path = parser.isSet(QStringLiteral("plugin-path"));
     if (bus && (path || parser.isSet(QStringLiteral("in-process"))))
-        return QStringLiteral("--bus does not go with %1")
+        return Tool::tr("--bus does not go with %1")
             .arg(path ? QStringLiteral("--plugin-path") : QStringLiteral("--in-process"));
     if (bus)
         line.source = Source::Bus;
@@ -252,7 +268,7 @@ QString readSource(const QCommandLineParser &parser, CommandLine &line)
         return QString();
     const QFileInfo folder(parser.value(QStringLiteral("plugin-path")));
     if (!folder.isDir())
-        return QStringLiteral("--plugin-path: there is no folder \"%1\"").arg(folder.filePath());
+        return Tool::tr("--plugin-path: there is no folder \"%1\"").arg(folder.filePath());
     line.pluginPath = folder.absoluteFilePath();
     return QString();
 }
@@ -314,7 +330,7 @@ CommandLine parseCommandLine(const QStringList &arguments)
     }
     line.arguments = parser.positionalArguments();
     if (line.arguments.isEmpty()) {
-        line.mistake = QStringLiteral("no command was given");
+        line.mistake = Tool::tr("no command was given");
         return line;
     }
     line.command = findCommand(line.arguments.takeFirst(), line.mistake);

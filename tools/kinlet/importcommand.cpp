@@ -4,6 +4,7 @@
 #include "commands.h"
 
 #include "json.h"
+#include "language.h"
 #include "output.h"
 #include "progress.h"
 #include "session.h"
@@ -59,11 +60,11 @@ QString DroppedFile::drop(const QString &source, const QString &folder)
     QFile original(source);
     const QFileInfo info(source);
     if (info.isDir())
-        return QStringLiteral("is a folder");
+        return Tool::tr("is a folder");
     if (!original.open(QIODevice::ReadOnly))
         return original.errorString();
     if (!QDir().mkpath(folder))
-        return QStringLiteral("%1 cannot be made").arg(folder);
+        return Tool::tr("%1 cannot be made").arg(folder);
     // Files whose names begin with a dot are not read: this one is not complete yet.
     const QString hidden =
         QStringLiteral("%1/.%2").arg(folder, QUuid::createUuid().toString(QUuid::WithoutBraces));
@@ -85,7 +86,7 @@ QString DroppedFile::drop(const QString &source, const QString &folder)
     for (int i = 2; !QFile::rename(hidden, name); ++i) {
         if (!QFileInfo::exists(name)) {
             QFile::remove(hidden);
-            return QStringLiteral("%1 cannot be written").arg(name);
+            return Tool::tr("%1 cannot be written").arg(name);
         }
         name = QStringLiteral("%1/%2-%3%4").arg(folder, stem, QString::number(i), suffix);
     }
@@ -117,7 +118,7 @@ public:
     void wait(int milliseconds)
     {
         const Progress progress(
-            [this] { return QStringLiteral("importing ") + file.place().fileName(); });
+            [this] { return Tool::tr("importing %1").arg(file.place().fileName()); });
         QTimer look;
         QObject::connect(&look, &QTimer::timeout, &loop, [this, milliseconds] {
             waited += 50;
@@ -139,7 +140,7 @@ public:
     {
         QFile text(reasonFile());
         return text.open(QIODevice::ReadOnly) ? QString::fromUtf8(text.readAll()).trimmed()
-                                              : QStringLiteral("no reason was given");
+                                              : Tool::tr("no reason was given");
     }
 
 private:
@@ -180,12 +181,14 @@ void printResult(Context &context, const QString &source, const std::optional<Co
                                    {QStringLiteral("provider"), localProvider}}));
         return;
     }
-    const QString numbers = counts ? QStringLiteral(": persons added %1, removed %2, merged %3.")
-                                         .arg(counts->added)
-                                         .arg(counts->removed)
-                                         .arg(counts->merged)
-                                   : QStringLiteral(" by another program that is running.");
-    context.out.line(QStringLiteral("Imported ") + isolated(oneLine(source)) + numbers);
+    const QString file = isolated(oneLine(source));
+    if (counts)
+        context.out.line(Tool::tr("Imported %1: persons added %2, removed %3, merged %4.")
+                             .arg(file, QString::number(counts->added),
+                                  QString::number(counts->removed),
+                                  QString::number(counts->merged)));
+    else
+        context.out.line(Tool::tr("Imported %1 by another program that is running.").arg(file));
 }
 
 }
@@ -193,7 +196,7 @@ void printResult(Context &context, const QString &source, const std::optional<Co
 ExitCode runImport(Context &context)
 {
     if (!context.session.manager()->hasProvider(localProvider)) {
-        context.report.note(QStringLiteral(
+        context.report.note(Tool::tr(
             "archives are imported by the provider \"local\", which is not there; it is local.so "
             "in a folder of provider plug-ins (KINLET_PLUGIN_PATH or --plugin-path)"));
         return NoProvider;
@@ -215,9 +218,9 @@ ExitCode runImport(Context &context)
         context.report.failure(source + QStringLiteral(": ") + import.reason());
     else
         context.report.failure(
-            source
-            + (import.taken() ? QStringLiteral(": the import is not finished; it goes on when a "
-                                               "program with the local provider runs")
-                              : QStringLiteral(": not yet read; it waits in ") + folder));
+            source + QStringLiteral(": ")
+            + (import.taken() ? Tool::tr("the import is not finished; it goes on when a program "
+                                         "with the local provider runs")
+                              : Tool::tr("not yet read; it waits in %1").arg(folder)));
     return context.report.exitCode();
 }

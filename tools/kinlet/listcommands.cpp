@@ -4,6 +4,7 @@
 #include "commands.h"
 
 #include "json.h"
+#include "language.h"
 #include "listing.h"
 #include "output.h"
 #include "table.h"
@@ -27,11 +28,11 @@ QString actionsText(const SocialGenericData &service)
         if (actions & action)
             words.append(word);
     };
-    add(KinletAction::Like, QStringLiteral("like"));
-    add(KinletAction::Comment, QStringLiteral("comment"));
-    add(KinletAction::Post, QStringLiteral("post"));
-    add(KinletAction::Share, QStringLiteral("share"));
-    add(KinletAction::SendMessage, QStringLiteral("message"));
+    add(KinletAction::Like, Tool::tr("like"));
+    add(KinletAction::Comment, Tool::tr("comment"));
+    add(KinletAction::Post, Tool::tr("post"));
+    add(KinletAction::Share, Tool::tr("share"));
+    add(KinletAction::SendMessage, Tool::tr("message"));
     return words.join(QStringLiteral(", "));
 }
 
@@ -58,13 +59,12 @@ ExitCode runServices(Context &context)
     const QList<Entry> services = entriesOf(answers);
     if (printJson(context, services))
         return context.report.exitCode();
-    Table table({QStringLiteral("NAME"), QStringLiteral("ACTIONS"), QStringLiteral("PROVIDER"),
-                 QStringLiteral("ID")});
+    Table table({Tool::tr("NAME"), Tool::tr("ACTIONS"), Tool::tr("PROVIDER"), Tool::tr("ID")});
     for (const Entry &service : services)
         table.addRow({service.record.description(), actionsText(service.record), service.provider,
                       service.record.id()});
     if (table.isEmpty())
-        context.report.note(QStringLiteral("no services"));
+        context.report.note(Tool::tr("no services"));
     else
         table.print(context.out);
     return context.report.exitCode();
@@ -87,8 +87,7 @@ ExitCode runAccounts(Context &context)
     }
     if (printJson(context, accounts))
         return context.report.exitCode();
-    Table table({QStringLiteral("NAME"), QStringLiteral("SERVICE"), QStringLiteral("PROVIDER"),
-                 QStringLiteral("ID")});
+    Table table({Tool::tr("NAME"), Tool::tr("SERVICE"), Tool::tr("PROVIDER"), Tool::tr("ID")});
     for (const Entry &account : qAsConst(accounts)) {
         const QString serviceId = account.record.property(SocialServiceAccount::SocialServiceId);
         const QString service = context.session.manager()->service(serviceId).description();
@@ -96,7 +95,7 @@ ExitCode runAccounts(Context &context)
                       account.provider, account.record.id()});
     }
     if (table.isEmpty())
-        context.report.note(QStringLiteral("no accounts"));
+        context.report.note(Tool::tr("no accounts"));
     else
         table.print(context.out);
     return context.report.exitCode();
@@ -104,7 +103,7 @@ ExitCode runAccounts(Context &context)
 
 ExitCode runProviders(Context &context)
 {
-    Table table({QStringLiteral("NAME"), QStringLiteral("DETAILS")});
+    Table table({Tool::tr("NAME"), Tool::tr("DETAILS")});
     const QStringList names = context.session.providers();
     for (const QString &name : names) {
         const QVariantMap metaData = context.session.manager()->provider(name)->metaData();

@@ -4,6 +4,7 @@
 #include "listing.h"
 
 #include "json.h"
+#include "language.h"
 #include "output.h"
 #include "table.h"
 #include "text.h"
@@ -32,25 +33,17 @@ QString timeText(const CommandLine &line, const QDateTime &time)
     return line.absolute ? absoluteTime(time) : relativeTime(time, QDateTime::currentDateTime());
 }
 
-QString number(const SocialGenericData &record, const QString &key, const QString &one,
-               const QString &many)
-{
-    const int count = record.variantProperty(key).toInt();
-    return count > 0 ? QStringLiteral("%1 %2").arg(count).arg(count == 1 ? one : many) : QString();
-}
-
 QString echo(const SocialGenericData &activity)
 {
-    QStringList parts{
-        number(activity, SocialActivity::LikeCount, QStringLiteral("like"),
-               QStringLiteral("likes")),
-        activity.variantProperty(SocialActivity::IsLikedByMe).toBool()
-            ? QStringLiteral("you like it")
-            : QString(),
-        number(activity, SocialActivity::CommentCount, QStringLiteral("comment"),
-               QStringLiteral("comments")),
-    };
-    parts.removeAll(QString());
+    const int likes = activity.variantProperty(SocialActivity::LikeCount).toInt();
+    const int comments = activity.variantProperty(SocialActivity::CommentCount).toInt();
+    QStringList parts;
+    if (likes > 0)
+        parts += likes == 1 ? Tool::tr("1 like") : Tool::tr("%n likes", nullptr, likes);
+    if (activity.variantProperty(SocialActivity::IsLikedByMe).toBool())
+        parts += Tool::tr("you like it");
+    if (comments > 0)
+        parts += comments == 1 ? Tool::tr("1 comment") : Tool::tr("%n comments", nullptr, comments);
     return parts.join(QStringLiteral(", "));
 }
 
@@ -65,9 +58,8 @@ void printAttachment(Output &out, const SocialGenericData &activity)
         if (!text.trimmed().isEmpty())
             printIndented(out, text);
     }
-    static const QStringList kinds{QStringLiteral("file"), QStringLiteral("picture"),
-                                   QStringLiteral("film"), QStringLiteral("sound"),
-                                   QStringLiteral("link")};
+    static const QStringList kinds{Tool::tr("file"), Tool::tr("picture"), Tool::tr("film"),
+                                   Tool::tr("sound"), Tool::tr("link")};
     for (const Media &media : attachment.media) {
         QString text = QStringLiteral("[%1]").arg(kinds.value(media.kind, kinds.first()));
         for (const QString &part : {media.thirdText, media.firstText}) {
@@ -96,9 +88,9 @@ void printHeading(Context &context, const Names &names, const Entry &activity)
     const auto name = [&](const QString &id) { return oneLine(names.name(activity.provider, id)); };
     QString who = name(activity.record.property(SocialActivity::OwnerPersonId));
     if (who.isEmpty())
-        who = QStringLiteral("somebody");
+        who = Tool::tr("somebody");
     QStringList strong =
-        wrapped(receiver.isEmpty() ? who : who + QStringLiteral(" to ") + name(receiver),
+        wrapped(receiver.isEmpty() ? who : Tool::tr("%1 to %2").arg(who, name(receiver)),
                 context.out.width());
     QStringList details{
         timeText(context.line,
@@ -143,8 +135,7 @@ void printPersons(Context &context, QList<Entry> persons)
     cut(persons, context.line, 0);
     if (printJson(context, persons))
         return;
-    Table table({QStringLiteral("NAME"), QStringLiteral("STATUS"), QStringLiteral("ACCOUNT"),
-                 QStringLiteral("ID")});
+    Table table({Tool::tr("NAME"), Tool::tr("STATUS"), Tool::tr("ACCOUNT"), Tool::tr("ID")});
     for (const Entry &person : qAsConst(persons)) {
         const SocialGenericData &record = person.record;
         const QString account = record.parentAccount();
@@ -152,7 +143,7 @@ void printPersons(Context &context, QList<Entry> persons)
                       account.isEmpty() ? person.provider : account, record.id()});
     }
     if (table.isEmpty())
-        context.report.note(QStringLiteral("no persons"));
+        context.report.note(Tool::tr("no persons"));
     else
         table.print(context.out);
 }
@@ -175,7 +166,7 @@ void printActivity(Context &context, const Names &names, const Entry &activity)
     printHeading(context, names, activity);
     const QString parent = record.property(SocialActivity::ParentActivityId);
     if (!parent.isEmpty())
-        out.line(out.faint(indent + QStringLiteral("on ") + isolated(oneLine(parent))));
+        out.line(out.faint(indent + Tool::tr("on %1").arg(isolated(oneLine(parent)))));
     if (!record.description().trimmed().isEmpty())
         printIndented(out, record.description());
     printAttachment(out, record);

@@ -3,6 +3,7 @@
 
 #include "locate.h"
 
+#include "language.h"
 #include "listing.h"
 #include "table.h"
 
@@ -82,7 +83,7 @@ QList<Located> locate(Context &context, const QString &activityId)
     }
     if (found.isEmpty())
         context.report.failure(
-            QStringLiteral("no activity with the id \"%1\" was found").arg(activityId));
+            Tool::tr("no activity with the id \"%1\" was found").arg(activityId));
     return found;
 }
 
@@ -95,8 +96,8 @@ QList<Located> locateOne(Context &context, const QString &activityId, ExitCode &
     QList<SocialServiceAccount> accounts;
     for (const Located &place : qAsConst(found))
         accounts += place.target.accounts;
-    context.report.note(QStringLiteral("\"%1\" is in several accounts; choose one with --account:")
-                            .arg(activityId));
+    context.report.note(
+        Tool::tr("\"%1\" is in several accounts; choose one with --account:").arg(activityId));
     listChoice(context, accounts);
     code = WrongUse;
     return {};

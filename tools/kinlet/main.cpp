@@ -3,6 +3,7 @@
 
 #include "check/child.h"
 #include "commands.h"
+#include "language.h"
 #include "output.h"
 #include "session.h"
 #include "text.h"
@@ -58,26 +59,29 @@ void applyEnvironment(const CommandLine &line)
 ExitCode noProvider(const Report &report)
 {
     const bool inProcess = qgetenv("KINLET_USE_DBUS").contains('0');
-    report.note(QStringLiteral("no provider was found"));
+    report.note(Tool::tr("no provider was found"));
     if (inProcess) {
         const QString path = qEnvironmentVariable("KINLET_PLUGIN_PATH");
         report.note(
-            QStringLiteral("looked for plug-ins in %1")
+            Tool::tr("looked for plug-ins in %1")
                 .arg(path.isEmpty() ? QStringLiteral("/usr/lib/kinlet-1.0/plugins") : path));
     } else {
-        report.note(QStringLiteral(
+        report.note(Tool::tr(
             "looked on the session bus: \"kinlet runners\" lists what it can start, and \"kinlet "
             "runners start\" has it started; --in-process (or KINLET_USE_DBUS=0) loads plug-ins "
             "into this process instead"));
     }
-    report.note(QStringLiteral("to get one, install a package kinlet-provider-..., or name a "
-                               "folder of plug-ins with --plugin-path or KINLET_PLUGIN_PATH"));
+    report.note(Tool::tr("to get one, install a package kinlet-provider-..., or name a "
+                         "folder of plug-ins with --plugin-path or KINLET_PLUGIN_PATH"));
     return NoProvider;
 }
 
 ExitCode runCommand(const CommandLine &line, Output &out)
 {
     Report report;
+    // What programs read is the same everywhere.
+    if (line.json)
+        speak({});
     applyEnvironment(line);
     if (line.command->runAlone)
         return line.command->runAlone(line, out, report);
@@ -97,7 +101,7 @@ ExitCode run(const CommandLine &line, Output &out)
     if (!line.mistake.isEmpty()) {
         const Report report;
         report.note(line.mistake);
-        report.note(QStringLiteral("kinlet --help tells more"));
+        report.note(Tool::tr("kinlet --help tells more"));
         return WrongUse;
     }
     if (line.information.isEmpty())
@@ -111,6 +115,8 @@ ExitCode run(const CommandLine &line, Output &out)
 int main(int argc, char **argv)
 {
     occupyStandardDescriptors();
+    // Before the next line changes what they are read from.
+    const QStringList languages = wantedLanguages();
     ensureUtf8();
     // A reader that has gone is told by the write that fails.
     std::signal(SIGPIPE, SIG_IGN);
@@ -122,10 +128,11 @@ int main(int argc, char **argv)
         arguments.append(QString::fromUtf8(argv[i]));
     if (arguments.value(0) == childArgument)
         return runChild(arguments.mid(1));
+    speak(languages);
     Output out;
     ExitCode code = run(parseCommandLine(arguments), out);
     if (!out.flush()) {
-        Report().note(QStringLiteral("the output cannot be written: ") + out.errorText());
+        Report().note(Tool::tr("the output cannot be written: %1").arg(out.errorText()));
         code = EndedWithErrors;
     }
     // Qt's thread for the bus outlives this, and complains of what is no longer there.

@@ -3,6 +3,8 @@
 
 #include "nearest.h"
 
+#include "language.h"
+
 #include <QVector>
 
 #include <algorithm>
@@ -55,5 +57,5 @@ QString nearest(const QString &wrong, const QStringList &right)
 QString didYouMean(const QString &wrong, const QStringList &right, const QString &otherwise)
 {
     const QString meant = nearest(wrong, right);
-    return meant.isNull() ? otherwise : QStringLiteral("; did you mean \"%1\"?").arg(meant);
+    return meant.isNull() ? otherwise : Tool::tr("; did you mean \"%1\"?").arg(meant);
 }

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 #include "json.h"
+#include "language.h"
 #include "output.h"
 #include "table.h"
 
@@ -37,12 +38,12 @@ QString nameMistake(const QString &name)
                                    QStringLiteral("help"),    QStringLiteral("install"),
                                    QStringLiteral("package"), QStringLiteral("test")};
     if (!valid.match(name).hasMatch() || name.size() > longest)
-        return QStringLiteral("\"%1\" cannot be the name of a provider: letters, digits and _ "
-                              "only, no digit first, at most %2 of them")
+        return Tool::tr("\"%1\" cannot be the name of a provider: letters, digits and _ "
+                        "only, no digit first, at most %2 of them")
             .arg(name)
             .arg(longest);
     if (taken.contains(name))
-        return QStringLiteral("the name \"%1\" is taken").arg(name);
+        return Tool::tr("the name \"%1\" is taken").arg(name);
     return QString();
 }
 
@@ -52,10 +53,10 @@ QString folderMistake(const QString &path)
     if (!info.exists() && !info.isSymLink())
         return QString();
     if (!info.isDir())
-        return QStringLiteral("\"%1\" is not a folder").arg(path);
+        return Tool::tr("\"%1\" is not a folder").arg(path);
     const QDir::Filters everything = QDir::AllEntries | QDir::Hidden | QDir::System;
     if (!QDir(path).isEmpty(everything | QDir::NoDotAndDotDot))
-        return QStringLiteral("the folder \"%1\" is not empty").arg(path);
+        return Tool::tr("the folder \"%1\" is not empty").arg(path);
     return QString();
 }
 
@@ -107,16 +108,16 @@ QList<Place> placesIn(const QString &file, const QString &text)
 QString write(const QString &path, const QString &text)
 {
     if (!QDir().mkpath(QFileInfo(path).path()))
-        return QStringLiteral("the folder \"%1\" cannot be made").arg(QFileInfo(path).path());
+        return Tool::tr("the folder \"%1\" cannot be made").arg(QFileInfo(path).path());
     QSaveFile target(path);
     const QByteArray bytes = text.toUtf8();
     if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size()
         || !target.commit())
-        return QStringLiteral("\"%1\" cannot be written: %2").arg(path, target.errorString());
+        return Tool::tr("\"%1\" cannot be written: %2").arg(path, target.errorString());
     // The only one that is run.
     const bool program = text.startsWith(QStringLiteral("#!"));
     if (program && !QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner))
-        return QStringLiteral("\"%1\" cannot be made a program").arg(path);
+        return Tool::tr("\"%1\" cannot be made a program").arg(path);
     return QString();
 }
 
@@ -141,8 +142,8 @@ void print(Output &out, const CommandLine &line, const QList<Place> &places)
         return;
     }
     const QString folder = line.arguments[1];
-    out.line(QStringLiteral("The provider \"%1\" is in %2. It works, with sample data in place of "
-                            "a network:")
+    out.line(Tool::tr("The provider \"%1\" is in %2. It works, with sample data in place of "
+                      "a network:")
                  .arg(line.arguments[0], folder));
     out.line();
     out.line(QStringLiteral("  cd %1").arg(folder));
@@ -150,9 +151,9 @@ void print(Output &out, const CommandLine &line, const QList<Place> &places)
     out.line(QStringLiteral("  ctest --test-dir build --output-on-failure"));
     out.line(QStringLiteral("  kinlet --plugin-path build timeline"));
     out.line();
-    out.line(QStringLiteral("The places to fill in (grep -rn \"FILL IN\"):"));
+    out.line(Tool::tr("The places to fill in (grep -rn \"FILL IN\"):"));
     out.line();
-    Table table({QStringLiteral("PLACE"), QStringLiteral("WHAT")});
+    Table table({Tool::tr("PLACE"), Tool::tr("WHAT")});
     for (const Place &place : places)
         table.addRow({QStringLiteral("%1:%2").arg(place.file).arg(place.line), place.text});
     table.print(out);

@@ -5,6 +5,7 @@
 
 #include "interrupt.h"
 #include "json.h"
+#include "language.h"
 #include "nearest.h"
 #include "output.h"
 #include "progress.h"
@@ -78,7 +79,7 @@ QList<Runner> findRunners(QDBusConnectionInterface *bus)
 std::vector<QDBusPendingCall> callAll(Work &work, const QList<QDBusMessage> &calls,
                                       int milliseconds)
 {
-    const Progress progress([] { return QStringLiteral("waiting for runners"); });
+    const Progress progress([] { return Tool::tr("waiting for runners"); });
     QEventLoop loop;
     std::vector<std::unique_ptr<QDBusPendingCallWatcher>> replies;
     qsizetype pending = calls.size();
@@ -94,7 +95,7 @@ std::vector<QDBusPendingCall> callAll(Work &work, const QList<QDBusMessage> &cal
     if (pending > 0 && !work.interrupt.happened())
         loop.exec();
     if (work.interrupt.happened() && work.report.exitCode() == Done)
-        work.report.failure(QStringLiteral("interrupted"));
+        work.report.failure(Tool::tr("interrupted"));
     std::vector<QDBusPendingCall> results;
     results.reserve(replies.size());
     for (const auto &reply : replies)
@@ -141,10 +142,9 @@ void printJson(Output &out, const QList<Runner> &runners)
 QString stateText(const Runner &runner)
 {
     if (!runner.running)
-        return QStringLiteral("can be started");
-    const QString state =
-        runner.answering ? QStringLiteral("running") : QStringLiteral("does not answer");
-    return runner.activatable ? state : state + QStringLiteral(", not started by the bus");
+        return Tool::tr("can be started");
+    const QString state = runner.answering ? Tool::tr("running") : Tool::tr("does not answer");
+    return runner.activatable ? state : Tool::tr("%1, not started by the bus").arg(state);
 }
 
 ExitCode listRunners(Work &work)
@@ -152,13 +152,13 @@ ExitCode listRunners(Work &work)
     QList<Runner> runners = findRunners(work.bus);
     askForVersions(work, runners);
     if (runners.isEmpty())
-        work.report.note(QStringLiteral("no runners on the bus; install a package "
-                                        "kinlet-provider-..., or start one: kinlet-runner NAME"));
+        work.report.note(Tool::tr("no runners on the bus; install a package "
+                                  "kinlet-provider-..., or start one: kinlet-runner NAME"));
     if (work.line.json) {
         printJson(work.out, runners);
         return work.report.exitCode();
     }
-    Table table({QStringLiteral("NAME"), QStringLiteral("STATE"), QStringLiteral("VERSION")});
+    Table table({Tool::tr("NAME"), Tool::tr("STATE"), Tool::tr("VERSION")});
     for (const Runner &runner : std::as_const(runners))
         table.addRow({runner.name, stateText(runner), runner.version});
     if (!table.isEmpty())
@@ -179,11 +179,11 @@ QDBusMessage startCall(const QDBusConnectionInterface *bus, const QString &name)
 QString startProblem(const QDBusPendingCall &reply, int milliseconds)
 {
     if (!reply.isFinished())
-        return QStringLiteral("has not started yet");
+        return Tool::tr("has not started yet");
     if (!reply.isError())
         return QString();
     if (reply.error().type() == QDBusError::NoReply)
-        return QStringLiteral("did not start within %1 s").arg(milliseconds / 1000.0);
+        return Tool::tr("did not start within %1 s").arg(milliseconds / 1000.0);
     return reply.error().message();
 }
 
@@ -193,16 +193,18 @@ ExitCode startRunners(Work &work)
     names.sort();
     const QString wanted = work.line.arguments.value(1);
     if (!wanted.isEmpty() && !names.contains(wanted)) {
-        work.report.note(QStringLiteral("the bus cannot start a runner \"%1\"").arg(wanted)
-                         + didYouMean(wanted, names,
-                                      names.isEmpty() ? QStringLiteral(", nor any other")
-                                                      : QStringLiteral("; it can start ")
-                                              + names.join(QStringLiteral(", "))));
+        work.report.note(
+            Tool::tr("the bus cannot start a runner \"%1\"").arg(wanted)
+            + didYouMean(
+                wanted, names,
+                names.isEmpty()
+                    ? Tool::tr(", nor any other")
+                    : Tool::tr("; it can start %1").arg(names.join(QStringLiteral(", ")))));
         return WrongUse;
     }
     if (names.isEmpty())
-        work.report.note(QStringLiteral("the bus has no runners to start; install a package "
-                                        "kinlet-provider-..."));
+        work.report.note(Tool::tr("the bus has no runners to start; install a package "
+                                  "kinlet-provider-..."));
     if (!wanted.isEmpty())
         names = QStringList(wanted);
     QList<QDBusMessage> calls;
@@ -223,7 +225,7 @@ ExitCode startRunners(Work &work)
         return work.report.exitCode();
     }
     for (const Runner &runner : std::as_const(started))
-        work.out.line(QStringLiteral("%1 is running").arg(runner.name));
+        work.out.line(Tool::tr("%1 is running").arg(runner.name));
     return work.report.exitCode();
 }
 
@@ -233,14 +235,14 @@ ExitCode runRunners(const CommandLine &line, Output &out, Report &report)
 {
     const QString action = line.arguments.value(0);
     if (!action.isEmpty() && action != QLatin1String("start")) {
-        report.note(QStringLiteral("runners can be listed, or started: kinlet runners start "
-                                   "[NAME], not \"%1\"")
+        report.note(Tool::tr("runners can be listed, or started: kinlet runners start "
+                             "[NAME], not \"%1\"")
                         .arg(action));
         return WrongUse;
     }
     const QDBusConnection connection = QDBusConnection::sessionBus();
     if (!connection.isConnected()) {
-        report.failure(QStringLiteral("there is no session bus: %1; dbus-run-session starts one")
+        report.failure(Tool::tr("there is no session bus: %1; dbus-run-session starts one")
                            .arg(connection.lastError().message()));
         return report.exitCode();
     }

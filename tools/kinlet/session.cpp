@@ -4,6 +4,7 @@
 #include "session.h"
 
 #include "commandline.h"
+#include "language.h"
 #include "nearest.h"
 #include "progress.h"
 #include "report.h"
@@ -45,7 +46,7 @@ Answer answerTo(const Question &question)
     Answer answer{question.target, request.results(), request.errors(), request.isFinished()};
     if (request.status() == SocialDataRequest::Stopped && answer.errors.isEmpty())
         answer.errors.append(
-            KinletError(KinletError::UnknownError, QStringLiteral("the provider has given up")));
+            KinletError(KinletError::UnknownError, Tool::tr("the provider has given up")));
     return answer;
 }
 
@@ -83,13 +84,13 @@ QStringList Session::providers() const
 bool Session::start()
 {
     if (!manager()->isInitialized()) {
-        const Progress progress([] { return QStringLiteral("waiting for providers to start"); });
+        const Progress progress([] { return Tool::tr("waiting for providers to start"); });
         QEventLoop loop;
         QObject::connect(manager(), &KinletManager::initialized, &loop, &QEventLoop::quit);
         run(loop, line.startMilliseconds);
     }
     if (interrupted()) {
-        report.failure(QStringLiteral("interrupted while providers were starting"));
+        report.failure(Tool::tr("interrupted while providers were starting"));
         return false;
     }
     if (manager()->isInitialized())
@@ -100,11 +101,11 @@ bool Session::start()
         if (manager()->hasProvider(name))
             continue;
         leftOut = true;
-        report.failure(QStringLiteral("%1 did not start within %2 and is left out")
+        report.failure(Tool::tr("%1 did not start within %2 and is left out")
                            .arg(name, seconds(line.startMilliseconds)));
     }
     if (!hasProviders())
-        report.failure(QStringLiteral("no provider is left"));
+        report.failure(Tool::tr("no provider is left"));
     return hasProviders();
 }
 
@@ -120,8 +121,8 @@ bool Session::chooseAccounts()
             continue;
         if (!known.contains(id)) {
             report.note(
-                QStringLiteral("unknown account \"%1\"").arg(id)
-                + didYouMean(id, known, QStringLiteral("; the accounts are ") + listed(known)));
+                Tool::tr("unknown account \"%1\"").arg(id)
+                + didYouMean(id, known, Tool::tr("; the accounts are %1").arg(listed(known))));
             return false;
         }
         if (!ids.contains(id))
@@ -224,7 +225,7 @@ QList<Answer> Session::ask(std::vector<Question> questions)
             perform(question);
         if (!pending().isEmpty()) {
             const Progress progress(
-                [&] { return QStringLiteral("waiting for ") + listed(pending()); });
+                [&] { return Tool::tr("waiting for %1").arg(listed(pending())); });
             run(loop, line.waitMilliseconds);
         }
         reportSilence(pending());
@@ -257,16 +258,16 @@ void Session::reportSilence(const QStringList &silentNow)
         return;
     silent += silentNow;
     if (interrupted())
-        report.failure(QStringLiteral("interrupted; no answer yet from ") + listed(silentNow));
+        report.failure(Tool::tr("interrupted; no answer yet from %1").arg(listed(silentNow)));
     else
-        report.failure(QStringLiteral("no answer within %1 from %2")
+        report.failure(Tool::tr("no answer within %1 from %2")
                            .arg(seconds(line.waitMilliseconds), listed(silentNow)));
 }
 
 void Session::reportInterruption()
 {
     if (report.exitCode() == Done)
-        report.failure(QStringLiteral("interrupted"));
+        report.failure(Tool::tr("interrupted"));
 }
 
 QList<Entry> entriesOf(const QList<Answer> &answers)

@@ -3,6 +3,7 @@
 
 #include "commands.h"
 
+#include "language.h"
 #include "listing.h"
 #include "locate.h"
 #include "output.h"
@@ -63,7 +64,7 @@ ExitCode runTimeline(Context &context)
     printActivities(context, activities);
     reportErrors(context, answers);
     if (activities.isEmpty() && !context.line.json)
-        context.report.note(QStringLiteral("no activities"));
+        context.report.note(Tool::tr("no activities"));
     return context.report.exitCode();
 }
 
@@ -84,7 +85,7 @@ ExitCode runShow(Context &context)
     if (context.line.json)
         printJson(context, likers);
     else if (!likers.isEmpty()) {
-        context.out.line(context.out.strong(QStringLiteral("Liked by")));
+        context.out.line(context.out.strong(Tool::tr("Liked by")));
         printPersons(context, likers);
     }
     reportErrors(context, answers);

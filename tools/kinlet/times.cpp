@@ -3,12 +3,29 @@
 
 #include "times.h"
 
+#include "language.h"
+
 namespace {
 
-QString counted(qint64 count, const QString &unit)
+QString minutesText(int count, bool past)
 {
-    return QStringLiteral("%1 %2%3").arg(count).arg(unit,
-                                                    count == 1 ? QString() : QStringLiteral("s"));
+    if (past)
+        return count == 1 ? Tool::tr("1 minute ago") : Tool::tr("%n minutes ago", nullptr, count);
+    return count == 1 ? Tool::tr("in 1 minute") : Tool::tr("in %n minutes", nullptr, count);
+}
+
+QString hoursText(int count, bool past)
+{
+    if (past)
+        return count == 1 ? Tool::tr("1 hour ago") : Tool::tr("%n hours ago", nullptr, count);
+    return count == 1 ? Tool::tr("in 1 hour") : Tool::tr("in %n hours", nullptr, count);
+}
+
+QString daysText(int count, bool past)
+{
+    if (past)
+        return count == 1 ? Tool::tr("1 day ago") : Tool::tr("%n days ago", nullptr, count);
+    return count == 1 ? Tool::tr("in 1 day") : Tool::tr("in %n days", nullptr, count);
 }
 
 }
@@ -21,13 +38,14 @@ QString relativeTime(const QDateTime &time, const QDateTime &now)
     const qint64 seconds = qAbs(passed);
     constexpr qint64 minute = 60, hour = 60 * minute, day = 24 * hour;
     if (seconds < minute)
-        return QStringLiteral("just now");
+        return Tool::tr("just now");
     if (seconds >= 30 * day)
         return time.toLocalTime().date().toString(Qt::ISODate);
-    const QString distance = seconds < hour ? counted(seconds / minute, QStringLiteral("minute"))
-        : seconds < day                     ? counted(seconds / hour, QStringLiteral("hour"))
-                                            : counted(seconds / day, QStringLiteral("day"));
-    return (passed > 0 ? QStringLiteral("%1 ago") : QStringLiteral("in %1")).arg(distance);
+    const bool past = passed > 0;
+    if (seconds < hour)
+        return minutesText(int(seconds / minute), past);
+    return seconds < day ? hoursText(int(seconds / hour), past)
+                         : daysText(int(seconds / day), past);
 }
 
 QString absoluteTime(const QDateTime &time)

@@ -4,6 +4,7 @@
 #include "commands.h"
 
 #include "json.h"
+#include "language.h"
 #include "listing.h"
 #include "output.h"
 #include "session.h"
@@ -70,7 +71,7 @@ Recorder::Recorder(KinletManager *manager)
              {},
              {},
              {{QStringLiteral("accounts"), QJsonArray::fromStringList(ids)}},
-             QStringLiteral("Accounts removed: ") + ids.join(QStringLiteral(", "))});
+             Tool::tr("Accounts removed: %1").arg(ids.join(QStringLiteral(", ")))});
     });
     connect(manager, &KinletManager::importStarted, this,
             [this](const QString &service, const QString &account) {
@@ -78,7 +79,7 @@ Recorder::Recorder(KinletManager *manager)
                      {},
                      {},
                      {{QStringLiteral("service"), service}, {QStringLiteral("account"), account}},
-                     QStringLiteral("Import started: %1, account %2").arg(service, account)});
+                     Tool::tr("Import started: %1, account %2").arg(service, account)});
             });
     connect(
         manager, &KinletManager::importEnded, this,
@@ -91,8 +92,8 @@ Recorder::Recorder(KinletManager *manager)
                   {QStringLiteral("added"), added},
                   {QStringLiteral("removed"), removed},
                   {QStringLiteral("merged"), merged}},
-                 QStringLiteral("Import ended: %1, account %2: persons added %3, removed %4, "
-                                "merged %5")
+                 Tool::tr("Import ended: %1, account %2: persons added %3, removed %4, "
+                          "merged %5")
                      .arg(service, account, QString::number(added), QString::number(removed),
                           QString::number(merged))});
         });
@@ -137,7 +138,7 @@ void printEvent(Context &context, Names &names, const Event &event)
             continue;
         }
         const bool person = record.className() == SocialNetworkPerson::ClassName;
-        const QString what = person ? QStringLiteral("Person") : record.className();
+        const QString what = person ? Tool::tr("Person") : record.className();
         const QString name = person ? personName(record) : record.description();
         context.out.line(isolated(oneLine(what + QStringLiteral(": ") + name))
                          + QStringLiteral("  ")
@@ -154,7 +155,7 @@ ExitCode runWatch(Context &context)
     if (!context.session.start())
         return context.report.exitCode();
     Names names(context.session);
-    context.report.note(QStringLiteral("watching"));
+    context.report.note(Tool::tr("watching"));
     while (!context.session.interrupted()) {
         if (recorder.events.isEmpty())
             context.session.run(recorder.loop, -1);

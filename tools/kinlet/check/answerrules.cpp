@@ -3,6 +3,7 @@
 
 #include "check/probe.h"
 #include "check/rules.h"
+#include "language.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -22,7 +23,7 @@ QList<Asked> askAll(Probe &probe)
     for (const QString &kind : probe.settings.kinds)
         all.append({kind, probe.ask(plainInquiry(kind))});
     if (all.isEmpty())
-        notChecked(QStringLiteral("it answers nothing"));
+        notChecked(Tool::tr("it answers nothing"));
     return all;
 }
 
@@ -54,7 +55,8 @@ void checkStatus(Probe &probe)
     const QList<Asked> all = askAll(probe);
     for (const Asked &one : all) {
         if (one.reports->statuses.contains(SocialDataRequest::Stopped))
-            broken(QStringLiteral("asked for %1, it ended with status Stopped").arg(one.kind));
+            broken(
+                Tool::tr("asked for %1, it ended with status Stopped").arg(Kind::text(one.kind)));
     }
 }
 
@@ -66,20 +68,21 @@ void checkOnce(Probe &probe)
         const QList<SocialDataRequest::Status> &statuses = one.reports->statuses;
         const auto times = statuses.count(SocialDataRequest::Finished);
         if (times > 1)
-            broken(
-                QStringLiteral("asked once for %1, it answered %2 times").arg(one.kind).arg(times));
+            broken(Tool::tr("asked once for %1, it answered %2 times")
+                       .arg(Kind::text(one.kind))
+                       .arg(times));
         if (times == 1 && statuses.last() != SocialDataRequest::Finished)
-            broken(QStringLiteral("asked for %1, it reported progress after it had answered")
-                       .arg(one.kind));
+            broken(Tool::tr("asked for %1, it reported progress after it had answered")
+                       .arg(Kind::text(one.kind)));
     }
 }
 
 void checkUnsupported(Probe &probe)
 {
     const std::shared_ptr<Reports> reports =
-        probe.ask(inquiry<SocialDataRequest>(QStringLiteral("for what no provider supports")));
+        probe.ask(inquiry<SocialDataRequest>(Tool::tr("for what no provider supports")));
     if (reports->errors.isEmpty())
-        broken(QStringLiteral("it answered a request of unknown kind without an error"));
+        broken(Tool::tr("it answered a request of unknown kind without an error"));
 }
 
 void checkErrors(Probe &probe)
@@ -92,12 +95,12 @@ void checkErrors(Probe &probe)
                 continue;
             ++seen;
             if (error.description().trimmed().isEmpty())
-                broken(QStringLiteral("asked for %1, it gave the error %2 without a description")
-                           .arg(one.kind, errorText(error)));
+                broken(Tool::tr("asked for %1, it gave the error %2 without a description")
+                           .arg(Kind::text(one.kind), errorText(error)));
         }
     }
     if (seen == 0)
-        notChecked(QStringLiteral("nothing led to an error other than UnsupportedRequest"));
+        notChecked(Tool::tr("nothing led to an error other than UnsupportedRequest"));
 }
 
 void checkPauses(Probe &probe)
@@ -109,9 +112,9 @@ void checkPauses(Probe &probe)
         for (int i = 1; i < tries && shortest > probe.settings.pauseMilliseconds; ++i)
             shortest = std::min(shortest, longestPause(probe, kind));
         if (shortest > probe.settings.pauseMilliseconds)
-            broken(QStringLiteral("asked for %1, it held up the event loop for %2 s; the bound is "
-                                  "%3 s (--pause)")
-                       .arg(kind)
+            broken(Tool::tr("asked for %1, it held up the event loop for %2 s; the bound is "
+                            "%3 s (--pause)")
+                       .arg(Kind::text(kind))
                        .arg(double(shortest) / 1000.0)
                        .arg(probe.settings.pauseMilliseconds / 1000.0));
     }

@@ -4,6 +4,7 @@
 #include "check/child.h"
 #include "commands.h"
 #include "json.h"
+#include "language.h"
 #include "output.h"
 #include "text.h"
 
@@ -78,12 +79,11 @@ Finding Examination::judge(const Rule &rule)
     for (const QString &kind : rule.needs) {
         if (!settings.kinds.contains(kind))
             return {Verdict::NotChecked,
-                    QStringLiteral("it does not answer when it is asked for %1").arg(kind)};
+                    Tool::tr("it does not answer when it is asked for %1").arg(Kind::text(kind))};
     }
     const Finding finding = runChild(rule, settings);
     if (first && finding.verdict != Verdict::Kept)
-        obstacle =
-            finding.verdict == Verdict::Broken ? QStringLiteral("it does not load") : finding.text;
+        obstacle = finding.verdict == Verdict::Broken ? Tool::tr("it does not load") : finding.text;
     return finding;
 }
 
@@ -153,9 +153,9 @@ void Examination::printText(const Rule &rule, const Finding &finding)
     constexpr int margin = resultWidth + nameWidth;
     constexpr int narrowest = 20;
     const bool isBroken = finding.verdict == Verdict::Broken;
-    const QString result = isBroken        ? QStringLiteral("BROKEN")
-        : finding.verdict == Verdict::Kept ? QStringLiteral("kept")
-                                           : QStringLiteral("not checked");
+    const QString result = isBroken        ? Tool::tr("BROKEN")
+        : finding.verdict == Verdict::Kept ? Tool::tr("kept")
+                                           : Tool::tr("not checked");
     const int width = out.width() > 0 ? std::max(narrowest, out.width() - margin) : 0;
     QString start = result.leftJustified(resultWidth);
     start = (isBroken ? out.strong(start) : start) + rule.name.leftJustified(nameWidth);
@@ -173,7 +173,7 @@ void Examination::printText(const Rule &rule, const Finding &finding)
 void Examination::printSum()
 {
     out.line();
-    out.line(QStringLiteral("%1 kept, %2 broken, %3 not checked")
+    out.line(Tool::tr("%1 kept, %2 broken, %3 not checked")
                  .arg(sums.value(Verdict::Kept))
                  .arg(sums.value(Verdict::Broken))
                  .arg(sums.value(Verdict::NotChecked)));
@@ -185,7 +185,7 @@ ExitCode runCheck(const CommandLine &line, Output &out, Report &report)
 {
     const QString file = line.arguments.constFirst();
     if (!QFileInfo(file).isFile()) {
-        report.note(QStringLiteral("there is no file \"%1\"").arg(file));
+        report.note(Tool::tr("there is no file \"%1\"").arg(file));
         return WrongUse;
     }
     return Examination(line, out).run();

@@ -4,6 +4,7 @@
 #include "check/child.h"
 
 #include "json.h"
+#include "language.h"
 
 #include <Kinlet/KinletInitializer>
 
@@ -59,6 +60,7 @@ CheckSettings readSettings(const QStringList &arguments)
 
 int runChild(const QStringList &arguments)
 {
+    speak({arguments.value(6)});
     const Rule *rule = findRule(arguments.value(0));
     if (!rule || !rule->check)
         return 2;

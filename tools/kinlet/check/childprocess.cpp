@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "check/child.h"
+#include "language.h"
 
 #include <QCoreApplication>
 #include <QJsonDocument>
@@ -48,7 +49,7 @@ Child::Child(const Rule &rule, const CheckSettings &settings) : patience(patienc
                   {childArgument, rule.name, settings.file, settings.kinds.join(QLatin1Char(',')),
                    QString::number(settings.waitMilliseconds),
                    QString::number(settings.pauseMilliseconds),
-                   settings.post ? QStringLiteral("post") : QString()});
+                   settings.post ? QStringLiteral("post") : QString(), spokenLanguage()});
 }
 
 // Until it has ended, or says nothing for too long.
@@ -92,16 +93,16 @@ void Child::noteAccident()
 {
     QString end;
     if (hung)
-        end = QStringLiteral("it hung");
+        end = Tool::tr("it hung");
     else if (process.error() == QProcess::FailedToStart)
-        end = QStringLiteral("the check could not be started");
+        end = Tool::tr("the check could not be started");
     else if (process.exitStatus() == QProcess::CrashExit)
         // QProcess has the number of the signal there.
-        end = QStringLiteral("it crashed (%1)")
+        end = Tool::tr("it crashed (%1)")
                   .arg(QString::fromLocal8Bit(::strsignal(process.exitCode())));
     else
-        end = QStringLiteral("it ended the process (exit code %1)").arg(process.exitCode());
-    seen.accident = doing.isEmpty() ? end : QStringLiteral("%1 when %2").arg(end, doing);
+        end = Tool::tr("it ended the process (exit code %1)").arg(process.exitCode());
+    seen.accident = doing.isEmpty() ? end : Tool::tr("%1 when %2").arg(end, doing);
     if (!found)
         seen.finding = {Verdict::NotChecked, seen.accident};
 }

@@ -3,6 +3,8 @@
 
 #include "check/inquiry.h"
 
+#include "language.h"
+
 #include <Kinlet/GetAggregatedServicesRequest>
 #include <Kinlet/SocialGetAccountsRequest>
 #include <Kinlet/SocialGetLikersRequest>
@@ -21,6 +23,20 @@ QStringList all()
     return {Services, Accounts, Persons, Activities, Likers};
 }
 
+// Words that are the same after "for", "its" and "two of its" in any language.
+QString text(const QString &kind)
+{
+    if (kind == Services)
+        return Tool::tr("services", "after: asked for");
+    if (kind == Accounts)
+        return Tool::tr("accounts", "after: asked for");
+    if (kind == Persons)
+        return Tool::tr("persons", "after: asked for");
+    if (kind == Activities)
+        return Tool::tr("activities", "after: asked for");
+    return Tool::tr("likers", "after: asked for");
+}
+
 }
 
 bool Reports::ended() const
@@ -31,7 +47,7 @@ bool Reports::ended() const
 
 Inquiry plainInquiry(const QString &kind)
 {
-    const QString what = QStringLiteral("for ") + kind;
+    const QString what = Tool::tr("for %1").arg(Kind::text(kind));
     if (kind == Kind::Services)
         return inquiry<GetAggregatedServicesRequest>(what);
     if (kind == Kind::Accounts)
@@ -41,6 +57,6 @@ Inquiry plainInquiry(const QString &kind)
     if (kind == Kind::Activities)
         return inquiry<SocialGetActivitiesRequest>(what);
     return inquiry<SocialGetLikersRequest>(
-        QStringLiteral("for the likers of an activity that does not exist"),
+        Tool::tr("for the likers of an activity that does not exist"),
         QStringLiteral("kinlet-check:no-such-activity"));
 }

@@ -17,6 +17,8 @@ extern const QString Persons;
 extern const QString Activities;
 extern const QString Likers;
 QStringList all();
+/// The kind in the words of the user.
+QString text(const QString &kind);
 }
 
 /// What a provider has done with a request. It outlives the request.

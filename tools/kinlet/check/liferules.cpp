@@ -3,6 +3,7 @@
 
 #include "check/probe.h"
 #include "check/rules.h"
+#include "language.h"
 
 #include <QElapsedTimer>
 
@@ -24,7 +25,7 @@ public:
         void *pages = ::mmap(nullptr, sizeof(Request), PROT_READ | PROT_WRITE,
                              MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
         if (pages == MAP_FAILED)
-            notChecked(QStringLiteral("there is no memory for it"));
+            notChecked(Tool::tr("there is no memory for it"));
         request = new (pages) Request(reports);
         request->setForceRefresh(true);
     }
@@ -72,44 +73,44 @@ void checkCancelled(Probe &probe)
     SocialDataRequest *const request = inquiry.request.get();
     const std::shared_ptr<Reports> reports = probe.perform(std::move(inquiry));
     if (reports->ended())
-        notChecked(QStringLiteral("it answers at once, which leaves nothing to cancel"));
+        notChecked(Tool::tr("it answers at once, which leaves nothing to cancel"));
     const auto before = reports->statuses.size();
     const auto found = request->results().size();
-    probe.note(QStringLiteral("it was told to cancel a request"), rule);
+    probe.note(Tool::tr("it was told to cancel a request"), rule);
     probe.cancel(request);
-    probe.note(QStringLiteral("it had been told to cancel a request"), rule);
+    probe.note(Tool::tr("it had been told to cancel a request"), rule);
     probe.rest(time);
     if (reports->ended())
-        broken(QStringLiteral("it answered a request that had been cancelled"));
+        broken(Tool::tr("it answered a request that had been cancelled"));
     if (reports->statuses.size() != before)
-        broken(QStringLiteral("it reported progress of a request that had been cancelled"));
+        broken(Tool::tr("it reported progress of a request that had been cancelled"));
     if (request->results().size() != found)
-        broken(QStringLiteral("it gave results to a request that had been cancelled"));
+        broken(Tool::tr("it gave results to a request that had been cancelled"));
 }
 
 void checkDeleted(Probe &probe)
 {
     const QString rule = QStringLiteral("deleted");
     const int time = timeForLateAnswers(probe);
-    const QString what = QStringLiteral("for activities");
+    const QString what = Tool::tr("for activities");
     TrappedRequest finished;
     finished.reports->onEnd = [&] {
         finished.destroy();
-        probe.note(QStringLiteral("a request had been deleted when it had finished"), rule);
+        probe.note(Tool::tr("a request had been deleted when it had finished"), rule);
     };
-    probe.note(QStringLiteral("it was asked ") + what);
+    probe.note(Tool::tr("it was asked %1").arg(what));
     probe.start(finished.request);
     probe.await(finished.reports, what);
     probe.rest(QuietMilliseconds);
 
     TrappedRequest cancelled;
     cancelled.reports->onEnd = [&] { cancelled.destroy(); };
-    probe.note(QStringLiteral("it was asked ") + what);
+    probe.note(Tool::tr("it was asked %1").arg(what));
     probe.start(cancelled.request);
     if (cancelled.request) {
-        probe.note(QStringLiteral("it was told to cancel a request"), QStringLiteral("cancelled"));
+        probe.note(Tool::tr("it was told to cancel a request"), QStringLiteral("cancelled"));
         probe.cancel(cancelled.request);
-        probe.note(QStringLiteral("a request had been deleted when it was cancelled"), rule);
+        probe.note(Tool::tr("a request had been deleted when it was cancelled"), rule);
         cancelled.reports->onEnd = nullptr;
         cancelled.destroy();
     }

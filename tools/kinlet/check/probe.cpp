@@ -4,6 +4,7 @@
 #include "check/probe.h"
 
 #include "check/rules.h"
+#include "language.h"
 #include "report.h"
 
 #include <QEventLoop>
@@ -17,30 +18,30 @@ Probe::Probe(const CheckSettings &settings, Diary diary)
 
 Probe::~Probe()
 {
-    note(QStringLiteral("it was unloaded"));
+    note(Tool::tr("it was unloaded"));
     // Before the requests, which it may still be working on.
     plugin.reset();
 }
 
 void Probe::load()
 {
-    note(QStringLiteral("it was loaded"));
+    note(Tool::tr("it was loaded"));
     // Never unloaded: the library stays as long as the process.
     QPluginLoader loader(settings.file);
     QObject *root = loader.instance();
     if (!root)
-        broken(QStringLiteral("it cannot be loaded: %1").arg(loader.errorString()));
+        broken(Tool::tr("it cannot be loaded: %1").arg(loader.errorString()));
     plugin.reset(qobject_cast<KinletInterface *>(root));
     if (!plugin)
-        broken(QStringLiteral("it is a plug-in, but no provider"));
+        broken(Tool::tr("it is a plug-in, but no provider"));
     QObject::connect(plugin.get(), &KinletInterface::error, plugin.get(),
                      [this](const QString &name) { seenNames.inErrors.append(name); });
     const auto name = [this] { return plugin->metaData().value(QStringLiteral("name")); };
-    note(QStringLiteral("metaData() was called"));
+    note(Tool::tr("metaData() was called"));
     seenNames.before = name();
-    note(QStringLiteral("init() was called"));
+    note(Tool::tr("init() was called"));
     plugin->init();
-    note(QStringLiteral("metaData() was called"));
+    note(Tool::tr("metaData() was called"));
     seenNames.after = name();
 }
 
@@ -51,7 +52,7 @@ void Probe::note(const QString &doing, const QString &rule) const
 
 std::shared_ptr<Reports> Probe::perform(Inquiry inquiry)
 {
-    note(QStringLiteral("it was asked ") + inquiry.what);
+    note(Tool::tr("it was asked %1").arg(inquiry.what));
     SocialDataRequest *const request = inquiry.request.get();
     std::shared_ptr<Reports> reports = inquiry.reports;
     inquiries.push_back(std::move(inquiry));
@@ -81,7 +82,7 @@ void Probe::await(const std::shared_ptr<Reports> &reports, const QString &what)
         reports->onEnd = before;
     }
     if (!reports->ended())
-        broken(QStringLiteral("it did not answer within %1 s when it was asked %2")
+        broken(Tool::tr("it did not answer within %1 s when it was asked %2")
                    .arg(settings.waitMilliseconds / 1000.0)
                    .arg(what));
 }
@@ -99,7 +100,7 @@ QList<SocialGenericData> Probe::records(Inquiry inquiry)
     const QString what = inquiry.what;
     const std::shared_ptr<Reports> reports = ask(std::move(inquiry));
     if (reports->results.isEmpty() && !reports->errors.isEmpty())
-        notChecked(QStringLiteral("asked %1, it gave the error %2")
+        notChecked(Tool::tr("asked %1, it gave the error %2")
                        .arg(what, errorText(reports->errors.constFirst())));
     return reports->results;
 }

@@ -3,6 +3,7 @@
 
 #include "check/probe.h"
 #include "check/rules.h"
+#include "language.h"
 
 #include <Kinlet/SocialActivity>
 
@@ -27,7 +28,8 @@ QList<Content> contentOf(Probe &probe, const QStringList &accounts = {})
             continue;
         Inquiry inquiry = plainInquiry(kind);
         if (!accounts.isEmpty())
-            inquiry.what += QStringLiteral(" of the account \"%1\"").arg(accounts.constFirst());
+            inquiry.what =
+                Tool::tr("%1 of the account \"%2\"").arg(inquiry.what, accounts.constFirst());
         inquiry.request->setPerformOnAccountsFilter(accounts);
         const QList<SocialGenericData> records = probe.ask(std::move(inquiry))->results;
         if (!records.isEmpty())
@@ -67,15 +69,15 @@ void checkRecords(Probe &probe)
     const QStringList accounts = probe.accountIds();
     const QList<Content> all = contentOf(probe);
     if (all.isEmpty())
-        notChecked(QStringLiteral("it gave no persons and no activities"));
+        notChecked(Tool::tr("it gave no persons and no activities"));
     for (const Content &content : all) {
         for (const SocialGenericData &record : content.records) {
             if (record.id().isEmpty())
-                broken(QStringLiteral("one of its %1 has no \"Id\"").arg(content.kind));
+                broken(Tool::tr("one of its %1 has no \"Id\"").arg(Kind::text(content.kind)));
             if (!accounts.contains(record.parentAccount()))
-                broken(QStringLiteral("\"%1\" among its %2 has the \"ParentAccount\" \"%3\", which "
-                                      "is no account of it")
-                           .arg(record.id(), content.kind, record.parentAccount()));
+                broken(Tool::tr("\"%1\" among its %2 has the \"ParentAccount\" \"%3\", which "
+                                "is no account of it")
+                           .arg(record.id(), Kind::text(content.kind), record.parentAccount()));
         }
     }
 }
@@ -85,7 +87,7 @@ void checkIds(Probe &probe)
     const QList<Content> first = contentOf(probe);
     const QList<Content> second = contentOf(probe);
     if (first.isEmpty() || first.size() != second.size())
-        notChecked(QStringLiteral("it gave no persons and no activities"));
+        notChecked(Tool::tr("it gave no persons and no activities"));
     for (int i = 0; i < first.size(); ++i) {
         const QStringList before = idsOf(first[i].records);
         const QStringList after = idsOf(second[i].records);
@@ -94,13 +96,13 @@ void checkIds(Probe &probe)
         const auto named = std::count_if(before.begin(), before.end(),
                                          [](const QString &id) { return !id.isEmpty(); });
         if (seen.size() < named)
-            broken(QStringLiteral("two of its %1 have the same \"Id\"").arg(first[i].kind));
+            broken(Tool::tr("two of its %1 have the same \"Id\"").arg(Kind::text(first[i].kind)));
         const auto kept = std::count_if(after.begin(), after.end(),
                                         [&seen](const QString &id) { return seen.contains(id); });
         // Something may have been published or deleted meanwhile, but not most of it.
         if (2 * kept < seen.size())
-            broken(QStringLiteral("asked twice for %1, it gave other ids the second time")
-                       .arg(first[i].kind));
+            broken(Tool::tr("asked twice for %1, it gave other ids the second time")
+                       .arg(Kind::text(first[i].kind)));
     }
 }
 
@@ -108,18 +110,18 @@ void checkFilter(Probe &probe)
 {
     const QStringList accounts = probe.accountIds();
     if (accounts.size() < 2)
-        notChecked(QStringLiteral("it takes two accounts to judge"));
+        notChecked(Tool::tr("it takes two accounts to judge"));
     if (contentOf(probe).isEmpty())
-        notChecked(QStringLiteral("it gave no persons and no activities"));
+        notChecked(Tool::tr("it gave no persons and no activities"));
     for (const QString &account : accounts) {
         const QList<Content> all = contentOf(probe, {account});
         for (const Content &content : all) {
             for (const SocialGenericData &record : content.records) {
                 const QString parent = record.parentAccount();
                 if (accounts.contains(parent) && parent != account)
-                    broken(QStringLiteral("asked for %1 of the account \"%2\", it gave some of "
-                                          "\"%3\"")
-                               .arg(content.kind, account, parent));
+                    broken(Tool::tr("asked for %1 of the account \"%2\", it gave some of "
+                                    "\"%3\"")
+                               .arg(Kind::text(content.kind), account, parent));
             }
         }
     }
@@ -127,40 +129,40 @@ void checkFilter(Probe &probe)
 
 void checkLimit(Probe &probe)
 {
-    const QList<SocialGenericData> all = probe.activities(QStringLiteral("for activities"));
+    const QList<SocialGenericData> all = probe.activities(Tool::tr("for activities"));
     if (all.size() < 2)
-        notChecked(QStringLiteral("it takes two activities to judge"));
+        notChecked(Tool::tr("it takes two activities to judge"));
     const int limit = int(std::min<qsizetype>(all.size(), ManyActivities)) - 1;
-    const QString what = QStringLiteral("for at most %1 activities").arg(limit);
+    const QString what = Tool::tr("for at most %n activities", nullptr, limit);
     const QList<SocialGenericData> some = probe.activities(
         what, [limit](SocialGetActivitiesRequest &request) { request.setLimit(limit); });
     if (some.size() > limit)
-        broken(QStringLiteral("asked %1, it gave %2").arg(what).arg(some.size()));
+        broken(Tool::tr("asked %1, it gave %2").arg(what).arg(some.size()));
     const QList<QDateTime> times = timesOf(all);
     const QList<QDateTime> left = timesOf(some);
     if (!times.isEmpty() && !left.isEmpty() && left.last() < times.last())
-        broken(QStringLiteral("asked %1, it left out the newest").arg(what));
+        broken(Tool::tr("asked %1, it left out the newest").arg(what));
 }
 
 void checkTimes(Probe &probe)
 {
-    const QList<QDateTime> times = timesOf(probe.activities(QStringLiteral("for activities")));
+    const QList<QDateTime> times = timesOf(probe.activities(Tool::tr("for activities")));
     if (times.isEmpty())
-        notChecked(QStringLiteral("it gave no activity with a StartTime"));
+        notChecked(Tool::tr("it gave no activity with a StartTime"));
     const QDateTime newest = times.last();
     const QDateTime oldest = times.first();
     const QList<QDateTime> older = timesOf(
-        probe.activities(QStringLiteral("for activities before a time"),
+        probe.activities(Tool::tr("for activities before a time"),
                          [&](SocialGetActivitiesRequest &request) { request.setBefore(newest); }));
     if (!older.isEmpty() && older.last() >= newest)
         broken(
-            QStringLiteral("asked for activities before %1, it gave one of %2")
+            Tool::tr("asked for activities before %1, it gave one of %2")
                 .arg(newest.toString(Qt::ISODateWithMs), older.last().toString(Qt::ISODateWithMs)));
     const QList<QDateTime> newer = timesOf(
-        probe.activities(QStringLiteral("for activities after a time"),
+        probe.activities(Tool::tr("for activities after a time"),
                          [&](SocialGetActivitiesRequest &request) { request.setAfter(oldest); }));
     if (!newer.isEmpty() && newer.first() <= oldest)
-        broken(QStringLiteral("asked for activities after %1, it gave one of %2")
+        broken(Tool::tr("asked for activities after %1, it gave one of %2")
                    .arg(oldest.toString(Qt::ISODateWithMs),
                         newer.first().toString(Qt::ISODateWithMs)));
 }

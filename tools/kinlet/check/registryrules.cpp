@@ -3,6 +3,7 @@
 
 #include "check/probe.h"
 #include "check/rules.h"
+#include "language.h"
 
 #include <Kinlet/SocialServiceAccount>
 
@@ -20,9 +21,9 @@ void requireOwnIds(const QList<SocialGenericData> &records, const QString &kind)
     for (const SocialGenericData &record : records) {
         const QString id = record.id();
         if (id.isEmpty())
-            broken(QStringLiteral("one of its %1 has no \"Id\"").arg(kind));
+            broken(Tool::tr("one of its %1 has no \"Id\"").arg(Kind::text(kind)));
         if (ids.contains(id))
-            broken(QStringLiteral("two of its %1 have the \"Id\" \"%2\"").arg(kind, id));
+            broken(Tool::tr("two of its %1 have the \"Id\" \"%2\"").arg(Kind::text(kind), id));
         ids.append(id);
     }
 }
@@ -33,13 +34,13 @@ QList<SocialGenericData> registered(Probe &probe, const QString &kind)
     const std::shared_ptr<Reports> reports = probe.ask(plainInquiry(kind));
     for (const KinletError &error : std::as_const(reports->errors)) {
         if (error.type() == KinletError::UnsupportedRequest)
-            broken(QStringLiteral("it refuses the request for its %1").arg(kind));
+            broken(Tool::tr("it refuses the request for its %1").arg(Kind::text(kind)));
         if (reports->results.isEmpty())
-            notChecked(QStringLiteral("asked for its %1, it gave the error %2")
-                           .arg(kind, errorText(error)));
+            notChecked(Tool::tr("asked for its %1, it gave the error %2")
+                           .arg(Kind::text(kind), errorText(error)));
     }
     if (reports->results.isEmpty())
-        notChecked(QStringLiteral("it has no %1").arg(kind));
+        notChecked(Tool::tr("it has no %1").arg(Kind::text(kind)));
     return reports->results;
 }
 
@@ -56,15 +57,15 @@ void checkName(Probe &probe)
     const Probe::Names &names = probe.names();
     const QString name = names.before.toString();
     if (names.before.userType() != QMetaType::QString || name.isEmpty())
-        broken(QStringLiteral("metaData() has no text under \"name\""));
+        broken(Tool::tr("metaData() has no text under \"name\""));
     if (!valid.match(name).hasMatch() || name.size() > LongestName)
-        broken(QStringLiteral("the name \"%1\" cannot be part of a bus name").arg(name));
+        broken(Tool::tr("the name \"%1\" cannot be part of a bus name").arg(name));
     if (names.after.toString() != name)
-        broken(QStringLiteral("the name was \"%1\" before init() and is \"%2\" after it")
+        broken(Tool::tr("the name was \"%1\" before init() and is \"%2\" after it")
                    .arg(name, names.after.toString()));
     for (const QString &other : names.inErrors) {
         if (other != name)
-            broken(QStringLiteral("error() came with the name \"%1\", but it is called \"%2\"")
+            broken(Tool::tr("error() came with the name \"%1\", but it is called \"%2\"")
                        .arg(other, name));
     }
 }
@@ -85,8 +86,8 @@ void checkAccounts(Probe &probe)
     for (const SocialGenericData &account : accounts) {
         const QString service = account.property(SocialServiceAccount::SocialServiceId);
         if (!services.contains(service))
-            broken(QStringLiteral("the account \"%1\" is on the service \"%2\", which it does not "
-                                  "report")
+            broken(Tool::tr("the account \"%1\" is on the service \"%2\", which it does not "
+                            "report")
                        .arg(account.id(), service));
     }
 }
