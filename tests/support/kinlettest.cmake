@@ -15,6 +15,7 @@ function(kinlet_test_sandbox name)
         DBUS_SESSION_BUS_ADDRESS=unix:path=${sandbox}/no-bus
         KINLET_USE_DBUS=0
         KINLET_PLUGIN_PATH=${sandbox}/plugins
+        LANGUAGE=
         LC_ALL=C.UTF-8
         TZ=UTC
         QTEST_FUNCTION_TIMEOUT=3600000
