@@ -95,7 +95,8 @@ QCoro::Task<bool> printNewest()
     auto likersAnswer = answerTo(std::move(likers), accounts);
     const bool commentsPrinted = print(QStringLiteral("Comment: "), co_await commentsAnswer);
     const bool likersPrinted = print(QStringLiteral("Liked by: "), co_await likersAnswer);
-    co_return printed &&commentsPrinted &&likersPrinted;
+    const bool allPrinted = printed && commentsPrinted && likersPrinted;
+    co_return allPrinted;
 }
 
 }
