@@ -138,7 +138,7 @@ void add(const char *contender, int providers, int records, bool isMaking)
     const std::string name = std::to_string(providers) + " x " + std::to_string(records)
         + (isMaking ? " made/" : " held/") + contender;
     // Few: every request leaves a job for a minute. The first, before them, finds cold caches.
-    const int iterations = std::max(5, 20'000 / (providers * (isMaking ? records : 10)));
+    const int iterations = std::max(20, 20'000 / (providers * (isMaking ? records : 10)));
     benchmark::RegisterBenchmark(
         name.c_str(),
         [=](benchmark::State &state) { ask<Contender>(state, providers, records, isMaking); })

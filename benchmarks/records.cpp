@@ -16,6 +16,7 @@
 
 #include <cstring>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <malloc.h>
@@ -167,17 +168,17 @@ struct Memcpy {
 };
 
 // Bytes of memory for each of many that were read.
-template <typename Contender>
-double bytesHeld(const QByteArray &bytes)
+template <typename Read>
+double bytesHeld(const QByteArray &bytes, Read read)
 {
     constexpr size_t count = 1000;
-    std::vector<typename Contender::Held> held;
+    std::vector<decltype(read(bytes))> held;
     held.reserve(count);
     const size_t before = mallinfo2().uordblks;
     for (size_t i = 0; i < count; ++i)
-        held.push_back(Contender::decode(bytes));
+        held.push_back(read(bytes));
     const size_t after = mallinfo2().uordblks;
-    return double(after - before) / count + sizeof(typename Contender::Held);
+    return double(after - before) / count + sizeof(held[0]);
 }
 
 template <typename Contender>
@@ -199,7 +200,10 @@ void decode(benchmark::State &state, const QVariantMap &map, bool countsMemory)
         benchmark::DoNotOptimize(&held);
     }
     if (countsMemory)
-        state.counters["bytes held"] = bytesHeld<Contender>(bytes);
+        state.counters["bytes held"] = bytesHeld(bytes, Contender::decode);
+    if constexpr (std::is_same_v<Contender, Kinlet>)
+        state.counters["of them in its map"] = bytesHeld(
+            bytes, [](const QByteArray &bytes) { return Contender::decode(bytes).properties(); });
 }
 
 template <typename Contender>
