@@ -172,9 +172,11 @@ void readUnlessOversized(QDataStream &in, T &text, quint32 unit)
     }
 }
 
+// Type and flag of a null value.
+constexpr int PlainSize = 5;
+
 Header peekHeader(QDataStream &in)
 {
-    constexpr int PlainSize = 5;
     constexpr int NameOffset = PlainSize + 4;
     char start[NameOffset];
     if (in.version() < QDataStream::Qt_4_2 || in.device()->peek(start, NameOffset) != NameOffset)
@@ -230,8 +232,22 @@ bool isOversizedCurve(QDataStream &in, const Header &header)
     return false;
 }
 
+// Whether it is none in streams of Qt 4, which have a text without meaning after those. A type told
+// by a name that nobody knows is an error instead.
+bool isNoValue(const QDataStream &in, const Header &header)
+{
+    // In older streams, and in those of applications with a window, these numbers mean others.
+    constexpr int FirstUnusedType = 256;
+    const bool isUnknown = header.type < 0
+        || (header.type >= FirstUnusedType && !QMetaType::isRegistered(header.type));
+    return in.version() < QDataStream::Qt_5_0 && header.size == PlainSize
+        && (header.type == QMetaType::UnknownType || isUnknown);
+}
+
 bool isOversizedText(QDataStream &in, const Header &header)
 {
+    if (isNoValue(in, header))
+        return isOversized(in, header.size, 2);
     switch (header.type) {
     case QMetaType::QString:
         return isOversized(in, header.size, 2);

@@ -71,6 +71,13 @@ void HostileTextsTest::takeNoMemory_data()
     row("URL", property + hex("00000011 00"), record);
     row("text in a list", property + hex("0000000b 00 00000001"), record);
     row("byte array in a list", property + hex("00000031 00 00000001"), record);
+    // Later streams have none.
+    const Read oldRecord = [](QDataStream &in) {
+        in.setVersion(QDataStream::Qt_4_8);
+        readValue<SocialGenericData>(in);
+    };
+    row("text of no value", property + hex("00000000 00"), oldRecord);
+    row("text of an unknown type", property + hex("01000000 00"), oldRecord);
     row("media", hex("00000001 ffffffff ffffffff"), readValue<Media>);
     row("icon texts", hex("00000001 ffffffff ffffffff"), readValue<SocialActionIconTexts>);
     row("attachment", hex("ffffffff ffffffff ffffffff"), readValue<SocialActivityAttachment>);
