@@ -5,21 +5,45 @@
 
 #include "activityquery.h"
 #include "journal.h"
+#include "patternsearch.h"
 #include "rows.h"
 #include "schema.h"
 
+#include <Kinlet/KinletError>
+
 #include <QDateTime>
 #include <QFileInfo>
+#include <QMap>
 #include <QStandardPaths>
 #include <QUuid>
 
 namespace {
 
-bool matches(const QSqlQuery &person, const Store::PropertyFilter &filter)
+using Searches = QMap<QString, PatternSearch>;
+
+[[noreturn]] void refuse(const QString &property, const PatternSearch &search, const QString &text)
 {
-    for (auto it = filter.begin(); it != filter.end(); ++it) {
+    throw KinletError(
+        KinletError::InvalidRequest,
+        QStringLiteral(
+            "The pattern \"%1\" for %2 may take minutes in a text of %3 characters, which "
+            "somebody in the local journal has there; it is good for %4. Use one in "
+            "which less is repeated or optional")
+            .arg(search.pattern().pattern(), property)
+            .arg(text.size())
+            .arg(search.longestText()));
+}
+
+bool matches(const QSqlQuery &person, const Searches &searches)
+{
+    for (auto it = searches.begin(); it != searches.end(); ++it) {
         const QVariant value = Rows::personProperty(person, it.key());
-        if (!value.isValid() || it->indexIn(value.toString()) < 0)
+        if (!value.isValid())
+            return false;
+        const QString text = value.toString();
+        if (text.size() > it->longestText())
+            refuse(it.key(), *it, text);
+        if (!it->isFoundIn(text))
             return false;
     }
     return true;
@@ -28,9 +52,12 @@ bool matches(const QSqlQuery &person, const Store::PropertyFilter &filter)
 QList<SocialNetworkPerson> matching(Database &file, QSqlQuery query,
                                     const Store::PropertyFilter &filter)
 {
+    Searches searches;
+    for (auto it = filter.begin(); it != filter.end(); ++it)
+        searches.insert(it.key(), PatternSearch(*it));
     QList<SocialNetworkPerson> persons;
     while (file.next(query)) {
-        if (matches(query, filter))
+        if (matches(query, searches))
             persons.append(Rows::person(query));
     }
     return persons;

@@ -30,7 +30,8 @@ public:
     Database &database() { return file; }
 
     SocialServiceAccount account();
-    /// Those in whose properties each pattern is found.
+    /// Those in whose properties each pattern is found. This and the next one throw a KinletError,
+    /// too, if that may take minutes.
     QList<SocialNetworkPerson> persons(const PropertyFilter &filter);
     /// Who of them likes the activity, in the order in which they came to like it.
     QList<SocialNetworkPerson> likers(const QString &activityId, const PropertyFilter &filter);

@@ -11,6 +11,8 @@
 #include "requests/socialgetpersonsrequest.h"
 #include "requests/socialpostactivitiesrequest.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSqlDatabase>
 #include <QSqlQuery>
 #include <QTest>
@@ -34,6 +36,7 @@ private Q_SLOTS:
     void personsMatchEveryPattern_data();
     void personsMatchEveryPattern();
     void patternThatIsNotValid();
+    void patternThatMayTakeMinutes();
     void keptPrivate();
 
 private:
@@ -205,6 +208,34 @@ void JournalOwnerTest::patternThatIsNotValid()
     QCOMPARE(request.errors().constFirst().type(), KinletError::InvalidRequest);
     QVERIFY(request.errors().constFirst().description().contains(QLatin1String("(a")));
     QVERIFY(request.errors().constFirst().description().contains(QLatin1String("ScreenName")));
+}
+
+void JournalOwnerTest::patternThatMayTakeMinutes()
+{
+    QJsonObject actor = QJsonDocument::fromJson(JournalSandbox::sample("ada/actor.json")).object();
+    actor.insert(QStringLiteral("summary"), QString(100000, QLatin1Char('a')));
+    sandbox->drop(QStringLiteral("1.json"), QJsonDocument(actor).toJson());
+    QSignalSpy ended(KinletManager::instance(),
+                     SIGNAL(importEnded(QString, QString, int, int, int)));
+    QTRY_COMPARE_WITH_TIMEOUT(ended.count(), 1, 20000);
+
+    const QString pattern = QStringLiteral("(a*)*b");
+    SocialGetPersonsRequest request;
+    request.setPropertyFilter(SocialNetworkPerson::AboutMe, QRegExp(pattern));
+    QVERIFY(perform(request));
+    QCOMPARE(request.errors().size(), 1);
+    const KinletError &error = request.errors().constFirst();
+    QCOMPARE(error.type(), KinletError::InvalidRequest);
+    for (const QString &part : {pattern, SocialNetworkPerson::AboutMe, QStringLiteral("100000")})
+        QVERIFY2(error.description().contains(part), qPrintable(error.description()));
+
+    // Others are looked for in the same text, and that one in others.
+    SocialGetPersonsRequest other;
+    other.setPropertyFilter(SocialNetworkPerson::AboutMe, QRegExp(QStringLiteral("^a{10}a?")));
+    other.setPropertyFilter(SocialNetworkPerson::ScreenName, QRegExp(QStringLiteral("(a*)*d")));
+    QVERIFY(perform(other));
+    QCOMPARE(other.errors().size(), 0);
+    QCOMPARE(other.persons().size(), 1);
 }
 
 void JournalOwnerTest::keptPrivate()
