@@ -92,6 +92,29 @@ bool StreamForm::isOfBus() const
         && (version == QDataStream::Qt_5_15 || version == QDataStream::Qt_4_8);
 }
 
+bool canBeRead(const QByteArray &bytes)
+{
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    const QByteArray zeros(3, '\0');
+    for (const char type : {char(QMetaType::QDateTime), char(QMetaType::QRegExp)}) {
+        if (bytes.contains(zeros + type) || bytes.contains(type + zeros))
+            return false;
+    }
+    return !bytes.contains("QDateTime") && !bytes.contains("QRegExp");
+#else
+    Q_UNUSED(bytes)
+    return true;
+#endif
+}
+
+bool isCompared(const QByteArray &bytes, QDataStream::Status status)
+{
+    // Where a text claims to be longer than what is left, Qt takes a megabyte or two before it
+    // finds the end, and with the address sanitizer that takes longer than all the rest. Most
+    // inputs end too early.
+    return status != QDataStream::ReadPastEnd || bytes.size() % 16 == 0;
+}
+
 qint64 countValues(const QVariant &value)
 {
     qint64 count = 1;

@@ -25,7 +25,8 @@ inline QByteArray inputBytes(const uint8_t *data, size_t size)
     return QByteArray::fromRawData(reinterpret_cast<const char *>(data), int(size));
 }
 
-/// How a stream is read. The first byte of an input chooses it, so that a target tries them all.
+/// How a stream is read. The first byte of an input chooses it, so that a target tries them all; 0
+/// and 1 are the forms that the bus knows.
 struct StreamForm {
     explicit StreamForm(uint8_t choice);
 
@@ -36,6 +37,13 @@ struct StreamForm {
     int version;
     QDataStream::ByteOrder order;
 };
+
+/// Whether records may be read from the bytes although nothing has called them safe. Qt 5 trusts
+/// what it reads of patterns and times.
+bool canBeRead(const QByteArray &bytes);
+
+/// Whether Qt's own readers are to read what Kinlet's have left at that place with that status.
+bool isCompared(const QByteArray &bytes, QDataStream::Status status);
 
 /// How many values there are, those inside other values included.
 qint64 countValues(const QVariant &value);

@@ -10,6 +10,7 @@
 #include "requestkinds.h"
 
 #include <QDBusConnection>
+#include <QIODevice>
 #include <QRegExp>
 
 /*
@@ -43,38 +44,80 @@ Reading readByQt(const QByteArray &bytes, int kind)
     return first;
 }
 
-void answer(const QByteArray &bytes, int kind)
+// Without a bus: takes what the proxy sends; what it is to receive is emitted by hand.
+class Runner : public KinletRunnerInterface {
+public:
+    Runner()
+        : KinletRunnerInterface(QStringLiteral("com.orvane.kinlet.fuzzed"),
+                                QStringLiteral("/fuzzed"), QDBusConnection(QStringLiteral("none")),
+                                nullptr)
+    {
+    }
+
+    QDBusPendingReply<> performRequest(int, const QString &requestId,
+                                       const QByteArray &request) override
+    {
+        id = requestId;
+        bytes = request;
+        return {};
+    }
+
+    QString id;
+    QByteArray bytes;
+};
+
+// What a request holds before its answer comes; none of it may be left but the errors.
+Request waitingRequest(int kind)
 {
-    const Request waiting(makeRequest(kind));
+    Request waiting(makeRequest(kind));
     SocialGenericData old(QStringLiteral("Old"));
     old.setProperty(SocialGenericData::Id, 1);
     waiting->setResults({old});
     waiting->setPerformOnAccountsFilter({QStringLiteral("old")});
     waiting->setRequestProgress(SocialDataRequest::Started,
                                 {KinletError(KinletError::NetworkFailed)});
+    return waiting;
+}
+
+// The request as the answer should leave it.
+Request expectedRequest(const QByteArray &bytes, int kind)
+{
+    Request expected = waitingRequest(kind);
+    const bool isClean = Payload::read(bytes, *expected);
+    checkRequest(*expected, kind, bytes.size());
+    if (isCompared(bytes, isClean ? QDataStream::Ok : QDataStream::ReadPastEnd)) {
+        const Reading byQt = readByQt(bytes, kind);
+        check(isClean == byQt.isClean(bytes), "clean exactly if Qt's own readers end so");
+        check(fieldsOf(*expected) == byQt.fields, "what Qt's own readers store");
+    }
+    expected->setRequestProgress(SocialDataRequest::Finished, expected->errors());
+    return expected;
+}
+
+void answer(const QByteArray &bytes, int kind)
+{
+    const Request expected = expectedRequest(bytes, kind);
+    const Request waiting = waitingRequest(kind);
     int finished = 0;
     QObject::connect(waiting.get(), &SocialDataRequest::finished, waiting.get(),
                      [&finished] { ++finished; });
+    auto *const runner = new Runner;
+    KinletInterfaceProxy proxy(runner, QStringLiteral("fuzzed"));
+    proxy.performRequest(waiting.get());
+    check(runner->bytes == Payload::write(*waiting), "sent as it is");
+    check(finished == 0, "not finished without an answer");
 
-    const bool isClean = Payload::read(bytes, *waiting);
-    checkRequest(*waiting, kind, bytes.size());
-    const Reading byQt = readByQt(bytes, kind);
-    check(isClean == byQt.isClean(bytes), "clean exactly if Qt's own readers end so");
-    check(fieldsOf(*waiting) == byQt.fields, "what Qt's own readers store");
-    check(finished == 0 && waiting->errors().size() == 1, "not told while it is read");
-
-    waiting->setRequestProgress(SocialDataRequest::Finished, waiting->errors());
+    Q_EMIT runner->requestFinished(kind, runner->id, bytes, {});
+    check(finished == 1, "finished by its answer");
+    check(fieldsOf(*waiting) == fieldsOf(*expected), "what the answer holds");
+    check(waiting->errors().size() == 1, "the errors that it had");
+    Q_EMIT runner->requestFinished(kind, runner->id, bytes, {});
     check(finished == 1, "finished once");
 }
 
-// Without a bus: what a runner sends is emitted by hand.
 class PushedRecords {
 public:
-    PushedRecords()
-        : m_runner(new KinletRunnerInterface(QStringLiteral("com.orvane.kinlet.fuzzed"),
-                                             QStringLiteral("/fuzzed"),
-                                             QDBusConnection(QStringLiteral("none")), nullptr))
-        , m_proxy(m_runner, QStringLiteral("fuzzed"))
+    PushedRecords() : m_runner(new Runner), m_proxy(m_runner, QStringLiteral("fuzzed"))
     {
         QObject::connect(&m_proxy, &KinletInterface::dataUpdate,
                          [this](const QList<SocialGenericData> &records) {
@@ -94,9 +137,9 @@ public:
         QVariantList message;
         QDataStream in(bytes);
         while (!in.atEnd()) {
-            QByteArray record;
-            in >> record;
-            message.append(record);
+            quint32 size = 0;
+            in >> size;
+            message.append(in.device()->read(qMin<qint64>(size, in.device()->bytesAvailable())));
         }
         m_updates = 0;
         Q_EMIT m_runner->dataUpdate(message, {});
@@ -107,7 +150,7 @@ public:
     }
 
 private:
-    KinletRunnerInterface *m_runner;
+    Runner *m_runner;
     KinletInterfaceProxy m_proxy;
     int m_updates = 0;
     int m_records = 0;
