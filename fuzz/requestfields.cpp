@@ -13,10 +13,14 @@
 #include <QRegExp>
 
 #include <tuple>
+#include <utility>
 
 namespace {
 
 using Patterns = QHash<QString, QRegExp>;
+
+// The place of the results among the fields.
+constexpr int Results = 2;
 
 template <typename T>
 void writeField(QDataStream &out, const T &field)
@@ -53,11 +57,13 @@ Reading readFields(const QByteArray &bytes, int kind, const StreamForm &form)
     std::apply([&in](auto &...field) { (in >> ... >> field); }, fields);
     // The kind in the stream is deliberately not looked at.
     std::get<0>(fields) = kind;
+    const auto results = std::exchange(std::get<Results>(fields), {});
     Reading reading;
     reading.status = in.status();
     reading.position = in.device()->pos();
     QDataStream out(&reading.fields, QIODevice::WriteOnly);
     std::apply([&out](const auto &...field) { (writeField(out, field), ...); }, fields);
+    writeField(out, results);
     return reading;
 }
 
@@ -84,7 +90,16 @@ Reading readByQt(const QByteArray &bytes, int kind, const StreamForm &form)
 
 QByteArray fieldsOf(SocialDataRequest &request)
 {
-    return readByQt(Payload::write(request), request.type(), StreamForm(0)).fields;
+    const QList<SocialGenericData> results = request.results();
+    // Some can be read and written but not read again.
+    request.setResults({});
+    QByteArray fields = readByQt(Payload::write(request), request.type(), StreamForm(0)).fields;
+    request.setResults(results);
+    // In place of their number, which is 0.
+    fields.chop(sizeof(int));
+    QDataStream out(&fields, QIODevice::Append);
+    writeField(out, results);
+    return fields;
 }
 
 void checkRequest(const SocialDataRequest &request, int kind, qint64 bytes)
