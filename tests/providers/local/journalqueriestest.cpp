@@ -196,8 +196,11 @@ void JournalQueriesTest::everythingElse()
         const QStringList steps = stepsOf(database, sql);
         const QRegularExpression scan(
             QStringLiteral("^SCAN (a|b|c|l|o|p|activities|likes|persons)\\b|AUTOMATIC"));
+        // All persons are in their order in the table.
+        const bool takesAll = sql.endsWith(QLatin1String("FROM persons p ORDER BY p.number"));
         for (const QString &step : steps)
-            QVERIFY2(!scan.match(step).hasMatch(), qPrintable(sql + QLatin1Char('\n') + step));
+            QVERIFY2((takesAll && step == QLatin1String("SCAN p")) || !scan.match(step).hasMatch(),
+                     qPrintable(sql + QLatin1Char('\n') + step));
     }
     QVERIFY(plans > 15);
 }
