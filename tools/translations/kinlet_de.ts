@@ -127,18 +127,6 @@
         <translation>er beantwortet nichts</translation>
     </message>
     <message>
-        <source>asked for %1, it ended with status Stopped</source>
-        <translation>um %1 gebeten, endete er mit dem Status Stopped</translation>
-    </message>
-    <message>
-        <source>asked once for %1, it answered %2 times</source>
-        <translation>einmal um %1 gebeten, antwortete er %2 Mal</translation>
-    </message>
-    <message>
-        <source>asked for %1, it reported progress after it had answered</source>
-        <translation>um %1 gebeten, meldete er nach der Antwort noch einen Fortschritt</translation>
-    </message>
-    <message>
         <source>for what no provider supports</source>
         <translation>um etwas, das kein Anbieter unterstützt,</translation>
     </message>
@@ -147,20 +135,12 @@
         <translation>er beantwortete eine Anfrage unbekannter Art ohne Fehler</translation>
     </message>
     <message>
-        <source>asked for %1, it gave the error %2 without a description</source>
-        <translation>um %1 gebeten, meldete er den Fehler %2 ohne Beschreibung</translation>
-    </message>
-    <message>
         <source>nothing led to an error other than UnsupportedRequest</source>
         <translation>nichts führte zu einem anderen Fehler als UnsupportedRequest</translation>
     </message>
     <message>
         <source>asked for %1, it held up the event loop for %2 s; the bound is %3 s (--pause)</source>
         <translation>um %1 gebeten, hielt er die Ereignisschleife %2 s lang auf; die Grenze liegt bei %3 s (--pause)</translation>
-    </message>
-    <message>
-        <source>it does not answer when it is asked for %1</source>
-        <translation>er antwortet nicht, wenn er um %1 gebeten wird</translation>
     </message>
     <message>
         <source>it does not load</source>
@@ -304,10 +284,6 @@
         <translation>init() aufgerufen wurde</translation>
     </message>
     <message>
-        <source>it did not answer within %1 s when it was asked %2</source>
-        <translation>er antwortete nicht binnen %1 s, als er %2 gebeten wurde</translation>
-    </message>
-    <message>
         <source>%1 of the account &quot;%2&quot;</source>
         <translation>%1 des Kontos „%2“</translation>
     </message>
@@ -435,10 +411,6 @@
         <translation>antwortet rechtzeitig, worum er auch gebeten wird</translation>
     </message>
     <message>
-        <source>Call setRequestProgress(SocialDataRequest::Finished, errors) for every request, also when something fails. Hand what you do not support to KinletInterface::performRequest(), which refuses it.</source>
-        <translation>Für jede Anfrage setRequestProgress(SocialDataRequest::Finished, errors) aufrufen, auch wenn etwas scheitert. Was nicht unterstützt wird, an KinletInterface::performRequest() weitergeben; das lehnt es ab.</translation>
-    </message>
-    <message>
         <source>ends with status Finished</source>
         <translation>endet mit dem Status Finished</translation>
     </message>
@@ -513,10 +485,6 @@
     <message>
         <source>describes its errors</source>
         <translation>beschreibt seine Fehler</translation>
-    </message>
-    <message>
-        <source>Give each KinletError a description for people: what failed, and what to do. Only UnsupportedRequest says enough by itself.</source>
-        <translation>Jedem KinletError eine Beschreibung für Menschen geben: was gescheitert ist und was zu tun ist. Nur UnsupportedRequest sagt von sich aus genug.</translation>
     </message>
     <message>
         <source>refuses what it does not support</source>
@@ -1447,6 +1415,50 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>there is no provider named &apos;%1&apos; in %2; &apos;kinlet-runner --list&apos; shows those that there are</source>
         <translation>in %2 gibt es keinen Anbieter namens „%1“; „kinlet-runner --list“ zeigt, welche es gibt</translation>
+    </message>
+    <message>
+        <source>%1, with other requests open</source>
+        <translation>%1, während andere Anfragen offen waren,</translation>
+    </message>
+    <message>
+        <source>asked %1, it gave the error %2 without a description</source>
+        <translation>%1 gebeten, meldete er den Fehler %2 ohne Beschreibung</translation>
+    </message>
+    <message>
+        <source>it does not answer when it is asked %1</source>
+        <translation>er antwortet nicht, wenn er %1 gebeten wird</translation>
+    </message>
+    <message>
+        <source>to take back the like of an activity that does not exist</source>
+        <translation>um die Rücknahme des „Gefällt mir“ für eine Aktivität, die es nicht gibt,</translation>
+    </message>
+    <message>
+        <source>asked %1, it ended with status Stopped</source>
+        <translation>%1 gebeten, endete er mit dem Status Stopped</translation>
+    </message>
+    <message>
+        <source>asked once %1, it answered %2 times</source>
+        <translation>einmal %1 gebeten, antwortete er %2 Mal</translation>
+    </message>
+    <message>
+        <source>asked %1, it reported progress after it had answered</source>
+        <translation>%1 gebeten, meldete er nach der Antwort noch einen Fortschritt</translation>
+    </message>
+    <message>
+        <source>asked %1, it set results after it had answered</source>
+        <translation>%1 gebeten, setzte er nach der Antwort noch Ergebnisse</translation>
+    </message>
+    <message>
+        <source>it did not answer within %1 s (--wait) when it was asked %2</source>
+        <translation>er antwortete nicht binnen %1 s (--wait), als er %2 gebeten wurde</translation>
+    </message>
+    <message>
+        <source>Call setRequestProgress(SocialDataRequest::Finished, errors) for every request, also when something fails. Hand what you do not support to KinletInterface::performRequest(), which refuses it. Applications have several requests open at a time. They wait for 60 seconds: --wait 60 waits for a slow network as long.</source>
+        <translation>Für jede Anfrage setRequestProgress(SocialDataRequest::Finished, errors) aufrufen, auch wenn etwas scheitert. Was nicht unterstützt wird, an KinletInterface::performRequest() weitergeben; das lehnt es ab. Bei Anwendungen sind mehrere Anfragen zugleich offen. Sie warten 60 Sekunden lang: --wait 60 wartet auf ein langsames Netzwerk ebenso lange.</translation>
+    </message>
+    <message>
+        <source>Give each KinletError a description for people: what failed, and what to do. Only UnsupportedRequest, PostFailed and LikeFailed say enough by themselves.</source>
+        <translation>Jedem KinletError eine Beschreibung für Menschen geben: was gescheitert ist und was zu tun ist. Nur UnsupportedRequest, PostFailed und LikeFailed sagen von sich aus genug.</translation>
     </message>
 </context>
 </TS>

@@ -34,6 +34,8 @@ private Q_SLOTS:
     void cleanup();
     void faultIsFoundByItsRuleAlone_data();
     void faultIsFoundByItsRuleAlone();
+    void silenceIsWaitedForOnce_data();
+    void silenceIsWaitedForOnce();
     void soundProviderKeepsEverything_data();
     void soundProviderKeepsEverything();
     void whatCannotBeJudgedIsNotBroken_data();
@@ -92,10 +94,17 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
     row("unfit-name", "name", "\"unfit-name\" cannot be part of a bus name");
     row("renamed", "name", "was \"old\" before init() and is \"new\" after it");
     row("foreign-error", "name", "the name \"somebody\", but it is called \"faulty\"");
-    row("silent", "answers", "did not answer within 3 s when it was asked for persons", impatient);
+    row("silent", "answers", "within 3 s (--wait) when it was asked for persons", impatient);
+    row("silent-on-like", "answers", "when it was asked to take back the like of", impatient);
+    row("silent-on-two", "answers",
+        "for persons; it did not answer within 3 s (--wait) when it was "
+        "asked for the likers",
+        impatient);
+    row("one-at-a-time", "answers", "asked for activities, with other requests open", impatient);
     row("stops", "status", "asked for persons, it ended with status Stopped");
-    row("answers-twice", "once", "asked once for persons, it answered 2 times");
+    row("answers-twice", "once", "persons, it answered 2 times; asked once for activities, it");
     row("goes-on", "once", "asked for persons, it reported progress after it had answered");
+    row("results-too-late", "once", "asked for persons, it set results after it had answered");
     row("service-without-id", "services", "one of its services has no \"Id\"");
     row("refuses-registry", "services", "it refuses the request for its services");
     row("stray-account", "accounts", "\"account:b\" is on the service \"elsewhere\"");
@@ -124,6 +133,7 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
         posting);
     row("crashes", "lives", "when it was asked for persons");
     row("leaves", "lives", "it ended the process (exit code 3) when it was asked for persons");
+    row("crashes-and-leaves", "lives", " when it was asked for persons; it ended the process");
     row("crashes-in-init", "lives", "when init() was called");
     row("crashes-on-unload", "lives", "when it was unloaded");
 }
@@ -143,6 +153,25 @@ void CliCheckTest::faultIsFoundByItsRuleAlone()
         QVERIFY2(textOf(object, "text").contains(words), qPrintable(textOf(object, "text")));
         QVERIFY(!textOf(object, "advice").isEmpty());
     }
+}
+
+void CliCheckTest::silenceIsWaitedForOnce_data()
+{
+    QTest::addColumn<QString>("fault");
+    for (const char *fault : {"silent-on-accounts", "silent-on-activities"}) {
+        QTest::newRow(fault) << QString::fromLatin1(fault);
+        checks.add(QLatin1String(fault), words("--wait 3 --pause 1"));
+    }
+}
+
+void CliCheckTest::silenceIsWaitedForOnce()
+{
+    QFETCH(QString, fault);
+    const Ended ended = checks.ended(fault);
+    QCOMPARE(namesOf(ended, "broken"), words("answers"));
+    QCOMPARE(int(ended.out.count(QStringLiteral("did not answer within"))), 1);
+    QVERIFY(ended.out.contains(QStringLiteral("it does not answer when it is asked for a")));
+    QCOMPARE(ended.code, Broken);
 }
 
 void CliCheckTest::soundProviderKeepsEverything_data()
@@ -175,6 +204,8 @@ void CliCheckTest::whatCannotBeJudgedIsNotBroken_data()
         checks.add(QLatin1String(variant), options);
     };
     row("harmless", "post like", "--post tries it", Patient);
+    row("silent-when-fresh", "cancelled deleted post like", "did not answer within 3 s",
+        words("--wait 3 --pause 1"));
 }
 
 void CliCheckTest::whatCannotBeJudgedIsNotBroken()

@@ -22,7 +22,7 @@ void requirePermission(const Probe &probe)
 void requireSuccess(Probe &probe, Inquiry inquiry)
 {
     const QString what = inquiry.what;
-    const std::shared_ptr<Reports> reports = probe.ask(std::move(inquiry));
+    const std::shared_ptr<Reports> reports = probe.ask(std::move(inquiry), Verdict::Broken).reports;
     for (const KinletError &error : std::as_const(reports->errors)) {
         if (error.type() == KinletError::UnsupportedRequest)
             notChecked(Tool::tr("it does not support it"));

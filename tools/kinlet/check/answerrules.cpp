@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "check/probe.h"
-#include "check/rules.h"
 #include "language.h"
 
 #include <QElapsedTimer>
@@ -12,18 +11,22 @@
 
 namespace {
 
-struct Asked {
-    QString kind;
-    std::shared_ptr<Reports> reports;
-};
-
-QList<Asked> askAll(Probe &probe)
+// Applications have several requests open at a time.
+QList<Asked> performAll(Probe &probe)
 {
     QList<Asked> all;
     for (const QString &kind : probe.settings.kinds)
-        all.append({kind, probe.ask(plainInquiry(kind))});
+        all.append(probe.perform(plainInquiry(kind)));
     if (all.isEmpty())
         notChecked(Tool::tr("it answers nothing"));
+    return all;
+}
+
+QList<Asked> askAll(Probe &probe)
+{
+    const QList<Asked> all = performAll(probe);
+    for (const Asked &asked : all)
+        probe.await(asked);
     return all;
 }
 
@@ -47,58 +50,62 @@ qint64 longestPause(Probe &probe, const QString &kind)
 
 void checkAnswers(Probe &probe)
 {
-    askAll(probe);
+    QList<Asked> all = performAll(probe);
+    for (Asked &asked : all) {
+        if (all.size() > 1)
+            asked.what = Tool::tr("%1, with other requests open").arg(asked.what);
+        probe.await(asked, Verdict::Broken);
+    }
 }
 
 void checkStatus(Probe &probe)
 {
+    QStringList mistakes;
     const QList<Asked> all = askAll(probe);
-    for (const Asked &one : all) {
-        if (one.reports->statuses.contains(SocialDataRequest::Stopped))
-            broken(
-                Tool::tr("asked for %1, it ended with status Stopped").arg(Kind::text(one.kind)));
-    }
+    for (const Asked &asked : all)
+        mistakes.append(statusMistake(asked));
+    requireNone(mistakes);
 }
 
 void checkOnce(Probe &probe)
 {
+    QElapsedTimer timer;
+    timer.start();
     const QList<Asked> all = askAll(probe);
-    probe.rest(QuietMilliseconds);
-    for (const Asked &one : all) {
-        const QList<SocialDataRequest::Status> &statuses = one.reports->statuses;
-        const auto times = statuses.count(SocialDataRequest::Finished);
-        if (times > 1)
-            broken(Tool::tr("asked once for %1, it answered %2 times")
-                       .arg(Kind::text(one.kind))
-                       .arg(times));
-        if (times == 1 && statuses.last() != SocialDataRequest::Finished)
-            broken(Tool::tr("asked for %1, it reported progress after it had answered")
-                       .arg(Kind::text(one.kind)));
-    }
+    probe.rest(timeForMore(timer.elapsed()));
+    QStringList mistakes;
+    for (const Asked &asked : all)
+        mistakes.append(onceMistake(asked));
+    requireNone(mistakes);
 }
 
 void checkUnsupported(Probe &probe)
 {
-    const std::shared_ptr<Reports> reports =
-        probe.ask(inquiry<SocialDataRequest>(Tool::tr("for what no provider supports")));
-    if (reports->errors.isEmpty())
+    const Asked asked = probe.ask(
+        inquiry<SocialDataRequest>(Tool::tr("for what no provider supports")), Verdict::Broken);
+    if (asked.reports->errors.isEmpty())
         broken(Tool::tr("it answered a request of unknown kind without an error"));
 }
 
 void checkErrors(Probe &probe)
 {
+    // Those that Kinlet makes itself have no description.
+    static const QList<KinletError::Type> speaking{
+        KinletError::UnsupportedRequest, KinletError::PostFailed, KinletError::LikeFailed};
     int seen = 0;
+    QStringList mistakes;
     const QList<Asked> all = askAll(probe);
-    for (const Asked &one : all) {
-        for (const KinletError &error : std::as_const(one.reports->errors)) {
-            if (error.type() == KinletError::UnsupportedRequest)
+    for (const Asked &asked : all) {
+        for (const KinletError &error : std::as_const(asked.reports->errors)) {
+            if (speaking.contains(error.type()))
                 continue;
             ++seen;
             if (error.description().trimmed().isEmpty())
-                broken(Tool::tr("asked for %1, it gave the error %2 without a description")
-                           .arg(Kind::text(one.kind), errorText(error)));
+                mistakes.append(Tool::tr("asked %1, it gave the error %2 without a description")
+                                    .arg(asked.what, errorText(error)));
         }
     }
+    requireNone(mistakes);
     if (seen == 0)
         notChecked(Tool::tr("nothing led to an error other than UnsupportedRequest"));
 }

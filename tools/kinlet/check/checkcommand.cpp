@@ -15,6 +15,11 @@
 
 namespace {
 
+Finding joined(const QStringList &mistakes)
+{
+    return {Verdict::Broken, mistakes.join(QStringLiteral("; "))};
+}
+
 // The whole examination of a provider.
 class Examination {
 public:
@@ -35,8 +40,8 @@ private:
     CheckSettings settings;
     // Why nothing else can be checked.
     QString obstacle;
-    // How a process has ended before its time.
-    QString accident;
+    // How processes have ended before their time.
+    QStringList accidents;
     QStringList brokenRules;
     QMap<Verdict, int> sums;
 };
@@ -78,8 +83,9 @@ Finding Examination::judge(const Rule &rule)
         return judgeAnswers(rule);
     for (const QString &kind : rule.needs) {
         if (!settings.kinds.contains(kind))
-            return {Verdict::NotChecked,
-                    Tool::tr("it does not answer when it is asked for %1").arg(Kind::text(kind))};
+            return {
+                Verdict::NotChecked,
+                Tool::tr("it does not answer when it is asked %1").arg(plainInquiry(kind).what)};
     }
     const Finding finding = runChild(rule, settings);
     if (first && finding.verdict != Verdict::Kept)
@@ -87,28 +93,35 @@ Finding Examination::judge(const Rule &rule)
     return finding;
 }
 
-// Each kind by itself: one that is not answered is not asked for again.
+// Each kind by itself, since one that is not answered is not asked for again; then all together.
 Finding Examination::judgeAnswers(const Rule &rule)
 {
     Finding whole{Verdict::Kept, rule.promise};
+    QStringList mistakes;
+    const auto ask = [&](const CheckSettings &with) {
+        const Finding finding = runChild(rule, with);
+        if (finding.verdict == Verdict::Broken)
+            mistakes.append(finding.text);
+        else if (finding.verdict == Verdict::NotChecked)
+            whole = finding;
+        return finding.verdict == Verdict::Kept;
+    };
     const QStringList kinds = settings.kinds;
     for (const QString &kind : kinds) {
         CheckSettings alone = settings;
         alone.kinds = QStringList(kind);
-        const Finding finding = runChild(rule, alone);
-        if (finding.verdict == Verdict::Kept)
-            continue;
-        settings.kinds.removeOne(kind);
-        if (whole.verdict != Verdict::Broken)
-            whole = finding;
+        if (!ask(alone))
+            settings.kinds.removeOne(kind);
     }
-    return whole;
+    if (settings.kinds.size() > 1)
+        ask(settings);
+    return mistakes.isEmpty() ? whole : joined(mistakes);
 }
 
 Finding Examination::judgeLife(const Rule &rule) const
 {
-    if (!accident.isEmpty())
-        return {Verdict::Broken, accident};
+    if (!accidents.isEmpty())
+        return joined(accidents);
     if (!obstacle.isEmpty())
         return {Verdict::NotChecked, obstacle};
     return {Verdict::Kept, rule.promise};
@@ -122,8 +135,8 @@ Finding Examination::runChild(const Rule &rule, const CheckSettings &with)
     if (result.accidentRule == rule.name)
         return {Verdict::Broken, result.accident};
     // What a rule has found before is told once.
-    if (!brokenRules.contains(result.accidentRule))
-        accident = result.accident;
+    if (!brokenRules.contains(result.accidentRule) && !accidents.contains(result.accident))
+        accidents.append(result.accident);
     return result.finding;
 }
 

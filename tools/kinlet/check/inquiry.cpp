@@ -9,6 +9,7 @@
 #include <Kinlet/SocialGetAccountsRequest>
 #include <Kinlet/SocialGetLikersRequest>
 #include <Kinlet/SocialGetPersonsRequest>
+#include <Kinlet/SocialLikeActivityRequest>
 
 namespace Kind {
 
@@ -17,10 +18,11 @@ const QString Accounts = QStringLiteral("accounts");
 const QString Persons = QStringLiteral("persons");
 const QString Activities = QStringLiteral("activities");
 const QString Likers = QStringLiteral("likers");
+const QString Like = QStringLiteral("like");
 
 QStringList all()
 {
-    return {Services, Accounts, Persons, Activities, Likers};
+    return {Services, Accounts, Persons, Activities, Likers, Like};
 }
 
 // Words that are the same after "for", "its" and "two of its" in any language.
@@ -56,7 +58,30 @@ Inquiry plainInquiry(const QString &kind)
         return inquiry<SocialGetPersonsRequest>(what);
     if (kind == Kind::Activities)
         return inquiry<SocialGetActivitiesRequest>(what);
-    return inquiry<SocialGetLikersRequest>(
-        Tool::tr("for the likers of an activity that does not exist"),
-        QStringLiteral("kinlet-check:no-such-activity"));
+    const QString unknown = QStringLiteral("kinlet-check:no-such-activity");
+    if (kind == Kind::Likers)
+        return inquiry<SocialGetLikersRequest>(
+            Tool::tr("for the likers of an activity that does not exist"), unknown);
+    return inquiry<SocialLikeActivityRequest>(
+        Tool::tr("to take back the like of an activity that does not exist"), unknown, false);
+}
+
+QString statusMistake(const Asked &asked)
+{
+    if (!asked.reports->statuses.contains(SocialDataRequest::Stopped))
+        return QString();
+    return Tool::tr("asked %1, it ended with status Stopped").arg(asked.what);
+}
+
+QString onceMistake(const Asked &asked)
+{
+    const QList<SocialDataRequest::Status> &statuses = asked.reports->statuses;
+    const auto times = statuses.count(SocialDataRequest::Finished);
+    if (times > 1)
+        return Tool::tr("asked once %1, it answered %2 times").arg(asked.what).arg(times);
+    if (times == 1 && statuses.last() != SocialDataRequest::Finished)
+        return Tool::tr("asked %1, it reported progress after it had answered").arg(asked.what);
+    if (asked.request->results().size() != asked.reports->results.size())
+        return Tool::tr("asked %1, it set results after it had answered").arg(asked.what);
+    return QString();
 }

@@ -6,16 +6,19 @@
 #include <Kinlet/SocialDataRequest>
 #include <Kinlet/SocialGetActivitiesRequest>
 
+#include <QDeadlineTimer>
+
 #include <functional>
 #include <memory>
 
-/// The kinds of requests that every provider must answer.
+/// The kinds of requests that every provider must answer, and that change nothing.
 namespace Kind {
 extern const QString Services;
 extern const QString Accounts;
 extern const QString Persons;
 extern const QString Activities;
 extern const QString Likers;
+extern const QString Like;
 QStringList all();
 /// The kind in the words of the user.
 QString text(const QString &kind);
@@ -27,6 +30,8 @@ struct Reports {
     /// As they were at the first end.
     QList<SocialGenericData> results;
     QList<KinletError> errors;
+    /// Until when it has to have ended.
+    QDeadlineTimer due;
     /// Called at each end.
     std::function<void()> onEnd;
 
@@ -81,5 +86,18 @@ Inquiry inquiry(const QString &what, Arguments &&...arguments)
     return {what, std::move(request), reports};
 }
 
-/// The request of that kind as applications make it, without filters.
+/// The request of that kind as applications make it, without filters. Likes and likers are those of
+/// an activity that does not exist.
 Inquiry plainInquiry(const QString &kind);
+
+/// A request that has been handed over.
+struct Asked {
+    QString what;
+    SocialDataRequest *request = nullptr;
+    std::shared_ptr<Reports> reports;
+};
+
+/// What is wrong with the status that it ended with; empty if nothing is.
+QString statusMistake(const Asked &asked);
+/// What was done to it after its end; empty if nothing was.
+QString onceMistake(const Asked &asked);

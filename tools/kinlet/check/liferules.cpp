@@ -7,7 +7,6 @@
 
 #include <QElapsedTimer>
 
-#include <algorithm>
 #include <new>
 
 #include <sys/mman.h>
@@ -60,7 +59,7 @@ int timeForLateAnswers(Probe &probe)
     QElapsedTimer timer;
     timer.start();
     probe.ask(freshActivities());
-    return std::max(QuietMilliseconds, int(2 * timer.elapsed()));
+    return timeForMore(timer.elapsed());
 }
 
 }
@@ -71,7 +70,7 @@ void checkCancelled(Probe &probe)
     const int time = timeForLateAnswers(probe);
     Inquiry inquiry = freshActivities();
     SocialDataRequest *const request = inquiry.request.get();
-    const std::shared_ptr<Reports> reports = probe.perform(std::move(inquiry));
+    const std::shared_ptr<Reports> reports = probe.perform(std::move(inquiry)).reports;
     if (reports->ended())
         notChecked(Tool::tr("it answers at once, which leaves nothing to cancel"));
     const auto before = reports->statuses.size();
@@ -98,15 +97,14 @@ void checkDeleted(Probe &probe)
         finished.destroy();
         probe.note(Tool::tr("a request had been deleted when it had finished"), rule);
     };
-    probe.note(Tool::tr("it was asked %1").arg(what));
-    probe.start(finished.request);
-    probe.await(finished.reports, what);
-    probe.rest(QuietMilliseconds);
+    const Asked first{what, finished.request, finished.reports};
+    probe.start(first);
+    probe.await(first);
+    probe.rest(time);
 
     TrappedRequest cancelled;
     cancelled.reports->onEnd = [&] { cancelled.destroy(); };
-    probe.note(Tool::tr("it was asked %1").arg(what));
-    probe.start(cancelled.request);
+    probe.start({what, cancelled.request, cancelled.reports});
     if (cancelled.request) {
         probe.note(Tool::tr("it was told to cancel a request"), QStringLiteral("cancelled"));
         probe.cancel(cancelled.request);

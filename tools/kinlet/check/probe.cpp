@@ -3,13 +3,14 @@
 
 #include "check/probe.h"
 
-#include "check/rules.h"
 #include "language.h"
 #include "report.h"
 
 #include <QEventLoop>
 #include <QPluginLoader>
 #include <QTimer>
+
+#include <algorithm>
 
 Probe::Probe(const CheckSettings &settings, Diary diary)
     : settings(settings), diary(std::move(diary))
@@ -50,59 +51,60 @@ void Probe::note(const QString &doing, const QString &rule) const
     diary(doing, rule);
 }
 
-std::shared_ptr<Reports> Probe::perform(Inquiry inquiry)
+Asked Probe::perform(Inquiry inquiry)
 {
-    note(Tool::tr("it was asked %1").arg(inquiry.what));
-    SocialDataRequest *const request = inquiry.request.get();
-    std::shared_ptr<Reports> reports = inquiry.reports;
+    const Asked asked{inquiry.what, inquiry.request.get(), inquiry.reports};
     inquiries.push_back(std::move(inquiry));
-    start(request);
-    return reports;
+    start(asked);
+    return asked;
 }
 
-void Probe::start(SocialDataRequest *request)
+void Probe::start(const Asked &asked)
 {
+    note(Tool::tr("it was asked %1").arg(asked.what));
+    asked.reports->due = QDeadlineTimer(settings.waitMilliseconds);
     // Providers get requests that have been started; this is no report of theirs.
-    request->SocialDataRequest::setRequestProgress(SocialDataRequest::Started, {});
-    plugin->performRequest(request);
+    asked.request->SocialDataRequest::setRequestProgress(SocialDataRequest::Started, {});
+    plugin->performRequest(asked.request);
 }
 
-void Probe::await(const std::shared_ptr<Reports> &reports, const QString &what)
+void Probe::await(const Asked &asked, Verdict onSilence)
 {
-    if (!reports->ended()) {
+    Reports &reports = *asked.reports;
+    if (!reports.ended()) {
         QEventLoop loop;
-        QTimer::singleShot(settings.waitMilliseconds, &loop, &QEventLoop::quit);
-        const std::function<void()> before = reports->onEnd;
-        reports->onEnd = [&] {
+        QTimer::singleShot(int(reports.due.remainingTime()), &loop, &QEventLoop::quit);
+        const std::function<void()> before = reports.onEnd;
+        reports.onEnd = [&] {
             if (before)
                 before();
             loop.quit();
         };
         loop.exec();
-        reports->onEnd = before;
+        reports.onEnd = before;
     }
-    if (!reports->ended())
-        broken(Tool::tr("it did not answer within %1 s when it was asked %2")
-                   .arg(settings.waitMilliseconds / 1000.0)
-                   .arg(what));
+    if (!reports.ended())
+        throw Finding{onSilence,
+                      Tool::tr("it did not answer within %1 s (--wait) when it was asked %2")
+                          .arg(settings.waitMilliseconds / 1000.0)
+                          .arg(asked.what)};
 }
 
-std::shared_ptr<Reports> Probe::ask(Inquiry inquiry)
+Asked Probe::ask(Inquiry inquiry, Verdict onSilence)
 {
-    const QString what = inquiry.what;
-    std::shared_ptr<Reports> reports = perform(std::move(inquiry));
-    await(reports, what);
-    return reports;
+    const Asked asked = perform(std::move(inquiry));
+    await(asked, onSilence);
+    return asked;
 }
 
 QList<SocialGenericData> Probe::records(Inquiry inquiry)
 {
-    const QString what = inquiry.what;
-    const std::shared_ptr<Reports> reports = ask(std::move(inquiry));
-    if (reports->results.isEmpty() && !reports->errors.isEmpty())
+    const Asked asked = ask(std::move(inquiry));
+    const Reports &reports = *asked.reports;
+    if (reports.results.isEmpty() && !reports.errors.isEmpty())
         notChecked(Tool::tr("asked %1, it gave the error %2")
-                       .arg(what, errorText(reports->errors.constFirst())));
-    return reports->results;
+                       .arg(asked.what, errorText(reports.errors.constFirst())));
+    return reports.results;
 }
 
 QList<SocialGenericData> Probe::activities(const QString &what, const Setter &set)
@@ -134,6 +136,12 @@ void Probe::rest(int milliseconds)
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
+}
+
+int timeForMore(qint64 milliseconds)
+{
+    constexpr qint64 least = 300;
+    return int(std::max(least, 2 * milliseconds));
 }
 
 QString errorText(const KinletError &error)

@@ -4,6 +4,7 @@
 #pragma once
 
 #include "check/inquiry.h"
+#include "check/rules.h"
 
 #include <Kinlet/KinletInterface>
 
@@ -42,13 +43,13 @@ public:
     const Names &names() const { return seenNames; }
 
     /// Hands the request over and returns. It lives until the provider is gone.
-    std::shared_ptr<Reports> perform(Inquiry inquiry);
-    /// Starts a request of the caller's, which the caller keeps.
-    void start(SocialDataRequest *request);
-    /// Waits until what was asked \a what has ended. Throws if it does not.
-    void await(const std::shared_ptr<Reports> &reports, const QString &what);
+    Asked perform(Inquiry inquiry);
+    /// Hands over a request of the caller's, which the caller keeps.
+    void start(const Asked &asked);
+    /// Waits until it has ended. Throws the verdict on a provider that does not answer in time.
+    void await(const Asked &asked, Verdict onSilence = Verdict::NotChecked);
     /// perform() and await()
-    std::shared_ptr<Reports> ask(Inquiry inquiry);
+    Asked ask(Inquiry inquiry, Verdict onSilence = Verdict::NotChecked);
     /// The results. Throws if there are none because of an error.
     QList<SocialGenericData> records(Inquiry inquiry);
 
@@ -71,8 +72,8 @@ private:
     std::vector<Inquiry> inquiries;
 };
 
-/// How long an answer too many is waited for.
-constexpr int QuietMilliseconds = 300;
+/// How long an answer too many is waited for where one took that long.
+int timeForMore(qint64 milliseconds);
 /// More than the default limit, so that there is something to compare.
 constexpr int ManyActivities = 50;
 

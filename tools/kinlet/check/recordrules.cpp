@@ -31,7 +31,7 @@ QList<Content> contentOf(Probe &probe, const QStringList &accounts = {})
             inquiry.what =
                 Tool::tr("%1 of the account \"%2\"").arg(inquiry.what, accounts.constFirst());
         inquiry.request->setPerformOnAccountsFilter(accounts);
-        const QList<SocialGenericData> records = probe.ask(std::move(inquiry))->results;
+        const QList<SocialGenericData> records = probe.ask(std::move(inquiry)).reports->results;
         if (!records.isEmpty())
             all.append({kind, records});
     }

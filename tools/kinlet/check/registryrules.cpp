@@ -31,7 +31,7 @@ void requireOwnIds(const QList<SocialGenericData> &records, const QString &kind)
 // The registry requests cannot be refused.
 QList<SocialGenericData> registered(Probe &probe, const QString &kind)
 {
-    const std::shared_ptr<Reports> reports = probe.ask(plainInquiry(kind));
+    const std::shared_ptr<Reports> reports = probe.ask(plainInquiry(kind)).reports;
     for (const KinletError &error : std::as_const(reports->errors)) {
         if (error.type() == KinletError::UnsupportedRequest)
             broken(Tool::tr("it refuses the request for its %1").arg(Kind::text(kind)));

@@ -33,7 +33,9 @@ QList<Rule> beginning()
          Tool::tr("answers in time, whatever it is asked for"),
          Tool::tr("Call setRequestProgress(SocialDataRequest::Finished, errors) for every request, "
                   "also when something fails. Hand what you do not support to "
-                  "KinletInterface::performRequest(), which refuses it."),
+                  "KinletInterface::performRequest(), which refuses it. Applications have several "
+                  "requests open at a time. They wait for 60 seconds: --wait 60 waits for a slow "
+                  "network as long."),
          {},
          checkAnswers},
         {text("status"),
@@ -103,7 +105,7 @@ QList<Rule> content()
          Tool::tr("describes its errors"),
          Tool::tr(
              "Give each KinletError a description for people: what failed, and what to do. Only "
-             "UnsupportedRequest says enough by itself."),
+             "UnsupportedRequest, PostFailed and LikeFailed say enough by themselves."),
          {},
          checkErrors},
         {text("unsupported"),
@@ -146,7 +148,7 @@ QList<Rule> behaviour()
         {text("like"),
          Tool::tr("likes, and takes the like back"),
          Tool::tr("See the error. Refuse likes as an unsupported request if there is no liking."),
-         {Kind::Activities},
+         {Kind::Activities, Kind::Like},
          checkLike},
         {text("lives"),
          Tool::tr("neither crashes nor hangs"),
@@ -181,4 +183,11 @@ void broken(const QString &text)
 void notChecked(const QString &text)
 {
     throw Finding{Verdict::NotChecked, text};
+}
+
+void requireNone(QStringList mistakes)
+{
+    mistakes.removeAll(QString());
+    if (!mistakes.isEmpty())
+        broken(mistakes.join(QStringLiteral("; ")));
 }

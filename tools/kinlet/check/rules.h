@@ -19,6 +19,8 @@ struct Finding {
 
 [[noreturn]] void broken(const QString &text);
 [[noreturn]] void notChecked(const QString &text);
+/// Throws that it is broken and all the mistakes, unless they are all empty.
+void requireNone(QStringList mistakes);
 
 /// A part of the contract between Kinlet and its providers.
 struct Rule {

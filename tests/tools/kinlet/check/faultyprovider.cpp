@@ -8,15 +8,12 @@
 #include <Kinlet/SocialLikeActivityRequest>
 #include <Kinlet/SocialPostActivitiesRequest>
 
-#include "../../../plugins/files/pluginname.h"
+#include "faultycontent.h"
 
-#include <QDateTime>
 #include <QPointer>
 #include <QThread>
 #include <QTimer>
-#include <QUuid>
 
-#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 
@@ -24,7 +21,8 @@
 
 /*
  * A provider that does everything right, but for what its file is named after: a copy called
- * greedy.so has the fault "greedy". The faults are where fault() is asked for.
+ * greedy.so has the fault "greedy". The faults are where fault() is asked for, and a few ways to be
+ * right too.
  */
 class FaultyProvider : public KinletInterface {
     Q_OBJECT
@@ -46,32 +44,37 @@ public:
     void cancelRequest(SocialDataRequest *request) override;
 
 private:
-    using Records = QList<SocialGenericData>;
-
-    bool fault(const char *name) const { return file == QLatin1String(name); }
     void misbehaveAsked(const SocialDataRequest &request) const;
     bool refuses(SocialDataRequest *request) const;
+    bool keepsSilent(const SocialDataRequest &request) const;
+    bool canStop(SocialDataRequest *request) const;
+    void misbehaveCancelled(SocialDataRequest *request);
+    QString serviceId() const;
     void answer(SocialDataRequest *request);
     void end(SocialDataRequest *request, const Records &results,
              const QList<KinletError> &errors = {});
-    Records persons(const SocialDataRequest &request) const;
-    Records activities(const SocialGetActivitiesRequest &request) const;
-    Records ofAccounts(const Records &records, const SocialDataRequest &request) const;
-    QString idOf(const QString &id) const;
     void answerLikers(SocialDataRequest *request);
     void answerLike(SocialLikeActivityRequest *request);
+    void answerPost(SocialPostActivitiesRequest *request);
 
-    const QString file = pluginName();
     bool initialised = false;
     QList<QPointer<SocialDataRequest>> open;
+    // The request that is being worked on.
+    QPointer<SocialDataRequest> begun;
 };
 
 namespace {
 
 constexpr int AnswerMilliseconds = 10;
 constexpr int LaterMilliseconds = 50;
-const QString FirstAccount = QStringLiteral("account:a");
-const QString SecondAccount = QStringLiteral("account:b");
+constexpr int LongMilliseconds = 400;
+constexpr int PauseMilliseconds = 150;
+
+bool isFresh(const SocialDataRequest &request)
+{
+    const auto *activities = qobject_cast<const SocialGetActivitiesRequest *>(&request);
+    return activities && activities->forceRefresh();
+}
 
 }
 
@@ -81,6 +84,8 @@ void FaultyProvider::init()
     std::puts("The provider says hello.");
     std::fflush(stdout);
     initialised = true;
+    if (fault("slow-to-start"))
+        QThread::msleep(PauseMilliseconds);
     if (fault("foreign-error"))
         Q_EMIT error(QStringLiteral("somebody"), QStringLiteral("start"), QStringLiteral("No."));
     if (fault("crashes-in-init"))
@@ -100,27 +105,34 @@ QVariantMap FaultyProvider::metaData()
         return named(QStringLiteral("unfit-name"));
     if (fault("renamed"))
         return named(initialised ? QStringLiteral("new") : QStringLiteral("old"));
+    if (fault("name-in-bytes"))
+        return named(QByteArray("faulty"));
     return named(QStringLiteral("faulty"));
+}
+
+QString FaultyProvider::serviceId() const
+{
+    if (fault("services-of-this-start"))
+        return QStringLiteral("service:%1").arg(::getpid());
+    return fault("service-without-id") ? QString() : QStringLiteral("service");
 }
 
 QList<SocialService> FaultyProvider::services()
 {
     SocialService service;
-    service.setProperty(SocialService::Id,
-                        fault("service-without-id") ? QString() : QStringLiteral("service"));
+    service.setProperty(SocialService::Id, serviceId());
     return {service};
 }
 
 QList<SocialServiceAccount> FaultyProvider::accounts()
 {
-    if (fault("no-accounts"))
+    if (fault("no-accounts") || fault("records-without-accounts"))
         return {};
     QList<SocialServiceAccount> all;
     for (const QString &id : {FirstAccount, SecondAccount}) {
         SocialServiceAccount account;
         account.setProperty(SocialServiceAccount::Id, id);
-        account.setProperty(SocialServiceAccount::SocialServiceId,
-                            fault("service-without-id") ? QString() : QStringLiteral("service"));
+        account.setProperty(SocialServiceAccount::SocialServiceId, serviceId());
         all.append(account);
     }
     if (fault("stray-account"))
@@ -133,34 +145,66 @@ QList<SocialServiceAccount> FaultyProvider::accounts()
 void FaultyProvider::performRequest(SocialDataRequest *request)
 {
     misbehaveAsked(*request);
-    if (refuses(request))
+    if (refuses(request) || keepsSilent(*request))
         return;
     if (request->type() <= SocialDataRequest::GetAccounts) {
         KinletInterface::performRequest(request);
         return;
     }
-    if (fault("silent") && request->type() == SocialDataRequest::GetPersons)
+    if (fault("unstoppable-persons") && request->type() == SocialDataRequest::GetActivities) {
+        answer(request);
         return;
+    }
     open.append(request);
     const QPointer<SocialDataRequest> held(request);
-    QTimer::singleShot(AnswerMilliseconds, this, [this, held] {
-        if (held && (open.removeOne(held) || fault("unstoppable")))
+    QTimer::singleShot(0, this, [this, held] {
+        if (held && open.contains(held))
+            begun = held;
+    });
+    const bool lasts = fault("unstoppable-once-begun") && isFresh(*request);
+    QTimer::singleShot(lasts ? LongMilliseconds : AnswerMilliseconds, this, [this, held] {
+        if (held && open.removeOne(held))
             answer(held);
     });
 }
 
 void FaultyProvider::misbehaveAsked(const SocialDataRequest &request) const
 {
-    if (fault("slow") && request.type() == SocialDataRequest::GetActivities)
-        QThread::msleep(150);
+    static bool first = true;
+    if (request.type() == SocialDataRequest::GetActivities) {
+        if (fault("slow") || (fault("slow-at-first") && first))
+            QThread::msleep(PauseMilliseconds);
+        first = false;
+    }
+    if (fault("crashes-and-leaves") && request.type() == SocialDataRequest::GetLikers)
+        std::_Exit(3);
     if (request.type() != SocialDataRequest::GetPersons)
         return;
-    if (fault("crashes"))
+    if (fault("crashes") || fault("crashes-and-leaves"))
         std::abort();
     if (fault("leaves"))
         std::_Exit(3);
     while (fault("hangs"))
         ::pause();
+}
+
+bool FaultyProvider::keepsSilent(const SocialDataRequest &request) const
+{
+    switch (request.type()) {
+    case SocialDataRequest::GetAccounts:
+        return fault("silent-on-accounts");
+    case SocialDataRequest::GetPersons:
+        return fault("silent") || fault("silent-on-two");
+    case SocialDataRequest::GetActivities:
+        return fault("silent-on-activities") || (fault("silent-when-fresh") && isFresh(request))
+            || (fault("one-at-a-time") && !open.isEmpty());
+    case SocialDataRequest::GetLikers:
+        return fault("silent-on-two");
+    case SocialDataRequest::LikeActivity:
+        return fault("silent-on-like");
+    default:
+        return false;
+    }
 }
 
 // The faults of refusing.
@@ -179,16 +223,39 @@ bool FaultyProvider::refuses(SocialDataRequest *request) const
     return fault("accepts-anything") || fault("ignores-unknown");
 }
 
+bool FaultyProvider::canStop(SocialDataRequest *request) const
+{
+    return !fault("unstoppable") && !(fault("unstoppable-once-begun") && begun == request)
+        && !(fault("unstoppable-persons") && request->type() == SocialDataRequest::GetPersons);
+}
+
 void FaultyProvider::cancelRequest(SocialDataRequest *request)
+{
+    const bool wasOpen = canStop(request) && open.removeOne(request);
+    misbehaveCancelled(request);
+    if (wasOpen && fault("answers-in-cancel"))
+        request->setRequestProgress(SocialDataRequest::Finished, {});
+}
+
+void FaultyProvider::misbehaveCancelled(SocialDataRequest *request)
 {
     if (fault("crashes-in-cancel"))
         std::abort();
-    if (!fault("unstoppable"))
-        open.removeOne(request);
+    if (fault("slow-to-cancel"))
+        QThread::msleep(PauseMilliseconds);
     if (fault("clings-to-cancelled"))
         QTimer::singleShot(LaterMilliseconds, this, [request] { request->type(); });
+    const QPointer<SocialDataRequest> held(request);
     if (fault("progresses-when-cancelled"))
-        request->setRequestProgress(SocialDataRequest::Progressing, {});
+        QTimer::singleShot(LaterMilliseconds, this, [held] {
+            if (held)
+                held->setRequestProgress(SocialDataRequest::Progressing, {});
+        });
+    if (fault("sets-results-when-cancelled"))
+        QTimer::singleShot(LaterMilliseconds, this, [held] {
+            if (held)
+                held->setResults({SocialNetworkPerson()});
+        });
 }
 
 void FaultyProvider::answer(SocialDataRequest *request)
@@ -207,83 +274,31 @@ void FaultyProvider::answer(SocialDataRequest *request)
         answerLike(static_cast<SocialLikeActivityRequest *>(request));
         break;
     default:
-        static_cast<SocialPostActivitiesRequest *>(request)->postResult(!fault("cannot-post"));
+        answerPost(static_cast<SocialPostActivitiesRequest *>(request));
     }
 }
 
 void FaultyProvider::end(SocialDataRequest *request, const Records &results,
                          const QList<KinletError> &errors)
 {
-    request->setResults(results);
+    const bool tooLate =
+        fault("results-too-late") && request->type() == SocialDataRequest::GetPersons;
+    if (!tooLate)
+        request->setResults(results);
     if (fault("stops") && request->type() == SocialDataRequest::GetPersons) {
         request->setRequestProgress(SocialDataRequest::Stopped, errors);
         return;
     }
     const QPointer<SocialDataRequest> held(request);
     request->setRequestProgress(SocialDataRequest::Finished, errors);
+    if (held && tooLate)
+        request->setResults(results);
     if (held && fault("answers-twice"))
         request->setRequestProgress(SocialDataRequest::Finished, errors);
     if (held && fault("goes-on"))
         request->setRequestProgress(SocialDataRequest::Progressing, errors);
     if (fault("clings-to-finished"))
         QTimer::singleShot(LaterMilliseconds, this, [request] { request->type(); });
-}
-
-QString FaultyProvider::idOf(const QString &id) const
-{
-    if (fault("random-ids"))
-        return QUuid::createUuid().toString();
-    return fault("same-ids") ? QStringLiteral("same") : id;
-}
-
-FaultyProvider::Records FaultyProvider::ofAccounts(const Records &records,
-                                                   const SocialDataRequest &request) const
-{
-    const QStringList accounts = request.performOnAccountsFilter();
-    Records wanted;
-    for (const SocialGenericData &record : records) {
-        if (accounts.isEmpty() || fault("unfiltered") || accounts.contains(record.parentAccount()))
-            wanted.append(record);
-    }
-    return wanted;
-}
-
-FaultyProvider::Records FaultyProvider::persons(const SocialDataRequest &request) const
-{
-    Records all;
-    for (const QString &account : {FirstAccount, SecondAccount}) {
-        SocialNetworkPerson person;
-        person.setProperty(SocialNetworkPerson::Id, idOf(account + QStringLiteral(":person")));
-        person.setParentAccount(account);
-        all.append(person);
-    }
-    all = ofAccounts(all, request);
-    if (fault("orphans"))
-        all.first().removeProperty(SocialGenericData::ParentAccount);
-    return all;
-}
-
-FaultyProvider::Records FaultyProvider::activities(const SocialGetActivitiesRequest &request) const
-{
-    Records all;
-    const QDateTime noon({2026, 1, 1}, {12, 0}, Qt::UTC);
-    for (int i = 0; i < 4; ++i) {
-        const QDateTime time = noon.addSecs(-3600 * i);
-        if ((!request.before().isNull() && time >= request.before() && !fault("ignores-before"))
-            || (!request.after().isNull() && time <= request.after() && !fault("ignores-after")))
-            continue;
-        SocialActivity activity;
-        activity.setProperty(SocialActivity::Id, idOf(QStringLiteral("activity:%1").arg(i)));
-        activity.setProperty(SocialActivity::StartTime, time);
-        activity.setParentAccount(i % 2 == 0 ? FirstAccount : SecondAccount);
-        all.append(activity);
-    }
-    all = ofAccounts(all, request);
-    if (fault("unnamed-records") && !all.isEmpty())
-        all.first().removeProperty(SocialGenericData::Id);
-    if (fault("oldest-first"))
-        std::reverse(all.begin(), all.end());
-    return fault("greedy") ? all : all.mid(0, request.limit());
 }
 
 void FaultyProvider::answerLikers(SocialDataRequest *request)
@@ -294,7 +309,18 @@ void FaultyProvider::answerLikers(SocialDataRequest *request)
 
 void FaultyProvider::answerLike(SocialLikeActivityRequest *request)
 {
-    request->likeResult(request->like() || !fault("keeps-likes"));
+    const QString id = request->activityId();
+    const bool known = fault("status-not-first") ? id == QLatin1String("activity:0")
+                                                 : id.startsWith(QLatin1String("activity:"));
+    request->likeResult(known && (request->like() || !fault("keeps-likes")));
+}
+
+void FaultyProvider::answerPost(SocialPostActivitiesRequest *request)
+{
+    const QPointer<SocialDataRequest> held(request);
+    request->postResult(!fault("cannot-post"));
+    if (held && fault("posts-twice-answered"))
+        request->postResult(true);
 }
 
 #include "faultyprovider.moc"
