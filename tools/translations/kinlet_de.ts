@@ -312,10 +312,6 @@
         <translation>um das zu beurteilen, braucht es zwei Konten</translation>
     </message>
     <message>
-        <source>asked for %1 of the account &quot;%2&quot;, it gave some of &quot;%3&quot;</source>
-        <translation>um %1 des Kontos „%2“ gebeten, lieferte er welche von „%3“</translation>
-    </message>
-    <message>
         <source>it takes two activities to judge</source>
         <translation>um das zu beurteilen, braucht es zwei Aktivitäten</translation>
     </message>
@@ -455,16 +451,8 @@
         <translation>gibt denselben Datensätzen dieselben Ids</translation>
     </message>
     <message>
-        <source>Take ids from the network, or derive them from what does not change; never from a counter, a pointer or chance. No two records of an answer share one.</source>
-        <translation>Ids aus dem Netzwerk übernehmen oder aus etwas ableiten, das sich nicht ändert; nie aus einem Zähler, einem Zeiger oder dem Zufall. Keine zwei Datensätze einer Antwort haben dieselbe.</translation>
-    </message>
-    <message>
         <source>keeps to the account filter</source>
         <translation>hält sich an den Kontenfilter</translation>
-    </message>
-    <message>
-        <source>Unless performOnAccountsFilter() is empty, answer only with what belongs to the accounts that it names.</source>
-        <translation>Wenn performOnAccountsFilter() nicht leer ist, nur mit dem antworten, was zu den genannten Konten gehört.</translation>
     </message>
     <message>
         <source>keeps to the limit of activities, newest first to stay</source>
@@ -1459,6 +1447,30 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>Give each KinletError a description for people: what failed, and what to do. Only UnsupportedRequest, PostFailed and LikeFailed say enough by themselves.</source>
         <translation>Jedem KinletError eine Beschreibung für Menschen geben: was gescheitert ist und was zu tun ist. Nur UnsupportedRequest, PostFailed und LikeFailed sagen von sich aus genug.</translation>
+    </message>
+    <message>
+        <source>asked for %1 after a new start, it gave other ids</source>
+        <translation>nach einem neuen Start um %1 gebeten, lieferte er andere Ids</translation>
+    </message>
+    <message>
+        <source>asked %1, it gave some of &quot;%2&quot;</source>
+        <translation>%1 gebeten, lieferte er welche von „%2“</translation>
+    </message>
+    <message>
+        <source>asked %1, it gave none of &quot;%2&quot;</source>
+        <translation>%1 gebeten, lieferte er keine von „%2“</translation>
+    </message>
+    <message>
+        <source>it gave no records</source>
+        <translation>er lieferte keine Datensätze</translation>
+    </message>
+    <message>
+        <source>Take ids from the network, or derive them from what does not change; never from a counter, a pointer or chance. No two records of an account share one.</source>
+        <translation>Ids aus dem Netzwerk übernehmen oder aus etwas ableiten, das sich nicht ändert; nie aus einem Zähler, einem Zeiger oder dem Zufall. Keine zwei Datensätze eines Kontos haben dieselbe.</translation>
+    </message>
+    <message>
+        <source>Unless performOnAccountsFilter() is empty, answer only with what belongs to the accounts that it names, and with all that belongs to them.</source>
+        <translation>Wenn performOnAccountsFilter() nicht leer ist, nur mit dem antworten, was zu den genannten Konten gehört, und mit allem, was zu ihnen gehört.</translation>
     </message>
 </context>
 </TS>

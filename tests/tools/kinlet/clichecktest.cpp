@@ -112,8 +112,13 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
     row("orphans", "records", "the \"ParentAccount\" \"\", which is no account of it");
     row("unnamed-records", "records", "one of its activities has no \"Id\"");
     row("random-ids", "ids", "asked twice for persons, it gave other ids the second time");
-    row("same-ids", "ids", "two of its persons have the same \"Id\"");
+    row("same-ids", "ids", "two of its activities have the same \"Id\"");
+    row("ids-of-this-start", "ids", "asked for persons after a new start, it gave other ids");
+    row("services-of-this-start", "ids", "asked for services after a new start, it gave other ids");
     row("unfiltered", "filter", "of the account \"account:a\", it gave some of \"account:b\"");
+    row("empty-when-filtered", "filter", "account \"account:a\", it gave none of \"account:a\"");
+    row("heeds-one-account", "filter",
+        "\"account:a\", \"account:b\", it gave none of \"account:b\"");
     row("greedy", "limit", "asked for at most 3 activities, it gave 4");
     row("oldest-first", "limit", "asked for at most 3 activities, it left out the newest");
     row("ignores-before", "times", "before 2026-01-01T12:00:00.000Z, it gave one of 2026-01-01T12");
@@ -177,7 +182,7 @@ void CliCheckTest::silenceIsWaitedForOnce()
 void CliCheckTest::soundProviderKeepsEverything_data()
 {
     QTest::addColumn<QString>("variant");
-    for (const char *variant : {"sound"}) {
+    for (const char *variant : {"sound", "ids-shared-by-accounts"}) {
         QTest::newRow(variant) << QString::fromLatin1(variant);
         checks.add(QLatin1String(variant), Patient + words("--post"));
     }
@@ -204,6 +209,11 @@ void CliCheckTest::whatCannotBeJudgedIsNotBroken_data()
         checks.add(QLatin1String(variant), options);
     };
     row("harmless", "post like", "--post tries it", Patient);
+    row("no-accounts", "accounts records filter limit times post like", "it has no accounts",
+        Patient + words("--post"));
+    row("records-without-accounts", "accounts records filter post", "it has no accounts",
+        Patient + words("--post"));
+    row("no-activities", "limit times like", "it gave no activities", Patient + words("--post"));
     row("silent-when-fresh", "cancelled deleted post like", "did not answer within 3 s",
         words("--wait 3 --pause 1"));
 }

@@ -29,6 +29,7 @@ public:
 private:
     Finding judge(const Rule &rule);
     Finding judgeAnswers(const Rule &rule);
+    Finding judgeIds(const Rule &rule);
     Finding judgeLife(const Rule &rule) const;
     Finding runChild(const Rule &rule, const CheckSettings &settings);
     void print(const Rule &rule, const Finding &finding);
@@ -42,6 +43,8 @@ private:
     QString obstacle;
     // How processes have ended before their time.
     QStringList accidents;
+    // What the last process has told.
+    QVariantMap ids;
     QStringList brokenRules;
     QMap<Verdict, int> sums;
 };
@@ -81,6 +84,8 @@ Finding Examination::judge(const Rule &rule)
         return {Verdict::NotChecked, obstacle};
     if (rule.check == checkAnswers)
         return judgeAnswers(rule);
+    if (rule.check == checkIds)
+        return judgeIds(rule);
     for (const QString &kind : rule.needs) {
         if (!settings.kinds.contains(kind))
             return {
@@ -118,6 +123,22 @@ Finding Examination::judgeAnswers(const Rule &rule)
     return mistakes.isEmpty() ? whole : joined(mistakes);
 }
 
+// In one process, and from one to the next.
+Finding Examination::judgeIds(const Rule &rule)
+{
+    const Finding first = runChild(rule, settings);
+    const QVariantMap before = ids;
+    if (first.verdict != Verdict::Kept)
+        return first;
+    const Finding second = runChild(rule, settings);
+    QStringList mistakes;
+    const QStringList changed = changedKinds(before, ids);
+    for (const QString &kind : changed)
+        mistakes.append(
+            Tool::tr("asked for %1 after a new start, it gave other ids").arg(Kind::text(kind)));
+    return mistakes.isEmpty() ? second : joined(mistakes);
+}
+
 Finding Examination::judgeLife(const Rule &rule) const
 {
     if (!accidents.isEmpty())
@@ -130,6 +151,7 @@ Finding Examination::judgeLife(const Rule &rule) const
 Finding Examination::runChild(const Rule &rule, const CheckSettings &with)
 {
     const ChildResult result = checkInChild(rule, with);
+    ids = result.ids;
     if (result.accident.isEmpty())
         return result.finding;
     if (result.accidentRule == rule.name)

@@ -74,6 +74,7 @@ int runChild(const QStringList &arguments)
     const Finding finding = find(*rule, probe);
     writeLine(out,
               {{QStringLiteral("verdict"), int(finding.verdict)},
-               {QStringLiteral("text"), finding.text}});
+               {QStringLiteral("text"), finding.text},
+               {QStringLiteral("ids"), QJsonObject::fromVariantMap(probe.ids)}});
     return 0;
 }

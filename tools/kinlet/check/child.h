@@ -4,7 +4,6 @@
 #pragma once
 
 #include "check/probe.h"
-#include "check/rules.h"
 
 /*
  * Each rule is checked in a process of its own, so that a provider which crashes or hangs harms
@@ -25,6 +24,8 @@ struct ChildResult {
     QString accident;
     /// The rule that a provider breaks that ends it so; empty for the general one.
     QString accidentRule;
+    /// Lists of ids by the kind of records.
+    QVariantMap ids;
 };
 
 /// Runs such a process to its end.

@@ -83,6 +83,7 @@ void Child::read(const QByteArray &line)
     if (object.contains(QLatin1String("verdict"))) {
         found = true;
         seen.finding = {Verdict(object[QLatin1String("verdict")].toInt()), text};
+        seen.ids = object[QLatin1String("ids")].toObject().toVariantMap();
         return;
     }
     doing = object[QLatin1String("doing")].toString();

@@ -64,6 +64,8 @@ public:
     void note(const QString &doing, const QString &rule = QString()) const;
 
     const CheckSettings settings;
+    /// Lists of ids by the kind of records, to compare with those that another process is given.
+    QVariantMap ids;
 
 private:
     const Diary diary;

@@ -81,13 +81,13 @@ QList<Rule> content()
         {text("ids"),
          Tool::tr("gives the same records the same ids"),
          Tool::tr("Take ids from the network, or derive them from what does not change; never from "
-                  "a counter, a pointer or chance. No two records of an answer share one."),
+                  "a counter, a pointer or chance. No two records of an account share one."),
          {},
          checkIds},
         {text("filter"),
          Tool::tr("keeps to the account filter"),
          Tool::tr("Unless performOnAccountsFilter() is empty, answer only with what belongs to the "
-                  "accounts that it names."),
+                  "accounts that it names, and with all that belongs to them."),
          {Kind::Accounts},
          checkFilter},
         {text("limit"),

@@ -6,6 +6,7 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
+#include <QVariantMap>
 
 class Probe;
 
@@ -39,6 +40,9 @@ struct Rule {
 const QList<Rule> &allRules();
 /// Null if there is none of that name.
 const Rule *findRule(const QString &name);
+
+/// The kinds of records whose ids, in lists by kind, are others now than they were before.
+QStringList changedKinds(const QVariantMap &before, const QVariantMap &after);
 
 void checkLoads(Probe &probe);
 void checkName(Probe &probe);
