@@ -1472,5 +1472,17 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
         <source>Unless performOnAccountsFilter() is empty, answer only with what belongs to the accounts that it names, and with all that belongs to them.</source>
         <translation>Wenn performOnAccountsFilter() nicht leer ist, nur mit dem antworten, was zu den genannten Konten gehört, und mit allem, was zu ihnen gehört.</translation>
     </message>
+    <message>
+        <source>asked for activities before %1, it gave none</source>
+        <translation>um Aktivitäten vor %1 gebeten, lieferte er keine</translation>
+    </message>
+    <message>
+        <source>asked for activities after %1, it gave none</source>
+        <translation>um Aktivitäten nach %1 gebeten, lieferte er keine</translation>
+    </message>
+    <message>
+        <source>asked %1, it gave none</source>
+        <translation>%1 gebeten, lieferte er keine</translation>
+    </message>
 </context>
 </TS>

@@ -4,31 +4,12 @@
 #include "check/probe.h"
 #include "language.h"
 
-#include <Kinlet/SocialActivity>
-
-#include <QDateTime>
 #include <QPair>
 #include <QSet>
 
 #include <algorithm>
 
 namespace {
-
-QDateTime timeOf(const SocialGenericData &activity)
-{
-    return activity.variantProperty(SocialActivity::StartTime).toDateTime();
-}
-
-QList<QDateTime> timesOf(const QList<SocialGenericData> &activities)
-{
-    QList<QDateTime> times;
-    for (const SocialGenericData &activity : activities) {
-        if (timeOf(activity).isValid())
-            times.append(timeOf(activity));
-    }
-    std::sort(times.begin(), times.end());
-    return times;
-}
 
 struct Content {
     QString kind;
@@ -211,44 +192,4 @@ void checkFilter(Probe &probe)
         mistakes.append(mistake);
     }
     requireNone(mistakes);
-}
-
-void checkLimit(Probe &probe)
-{
-    const QList<SocialGenericData> all = probe.activities(Tool::tr("for activities"));
-    if (all.size() < 2)
-        notChecked(Tool::tr("it takes two activities to judge"));
-    const int limit = int(std::min<qsizetype>(all.size(), ManyActivities)) - 1;
-    const QString what = Tool::tr("for at most %n activities", nullptr, limit);
-    const QList<SocialGenericData> some = probe.activities(
-        what, [limit](SocialGetActivitiesRequest &request) { request.setLimit(limit); });
-    if (some.size() > limit)
-        broken(Tool::tr("asked %1, it gave %2").arg(what).arg(some.size()));
-    const QList<QDateTime> times = timesOf(all);
-    const QList<QDateTime> left = timesOf(some);
-    if (!times.isEmpty() && !left.isEmpty() && left.last() < times.last())
-        broken(Tool::tr("asked %1, it left out the newest").arg(what));
-}
-
-void checkTimes(Probe &probe)
-{
-    const QList<QDateTime> times = timesOf(probe.activities(Tool::tr("for activities")));
-    if (times.isEmpty())
-        notChecked(Tool::tr("it gave no activity with a StartTime"));
-    const QDateTime newest = times.last();
-    const QDateTime oldest = times.first();
-    const QList<QDateTime> older = timesOf(
-        probe.activities(Tool::tr("for activities before a time"),
-                         [&](SocialGetActivitiesRequest &request) { request.setBefore(newest); }));
-    if (!older.isEmpty() && older.last() >= newest)
-        broken(
-            Tool::tr("asked for activities before %1, it gave one of %2")
-                .arg(newest.toString(Qt::ISODateWithMs), older.last().toString(Qt::ISODateWithMs)));
-    const QList<QDateTime> newer = timesOf(
-        probe.activities(Tool::tr("for activities after a time"),
-                         [&](SocialGetActivitiesRequest &request) { request.setAfter(oldest); }));
-    if (!newer.isEmpty() && newer.first() <= oldest)
-        broken(Tool::tr("asked for activities after %1, it gave one of %2")
-                   .arg(oldest.toString(Qt::ISODateWithMs),
-                        newer.first().toString(Qt::ISODateWithMs)));
 }
