@@ -224,10 +224,6 @@
         <translation>dafür reicht der Speicher nicht</translation>
     </message>
     <message>
-        <source>it answers at once, which leaves nothing to cancel</source>
-        <translation>er antwortet sofort, sodass nichts abzubrechen bleibt</translation>
-    </message>
-    <message>
         <source>it was told to cancel a request</source>
         <translation>er eine Anfrage abbrechen sollte</translation>
     </message>
@@ -1483,6 +1479,14 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>asked %1, it gave none</source>
         <translation>%1 gebeten, lieferte er keine</translation>
+    </message>
+    <message>
+        <source>it answers at once or never, which leaves nothing to cancel</source>
+        <translation>er antwortet sofort oder nie, sodass nichts abzubrechen bleibt</translation>
+    </message>
+    <message>
+        <source>asked again, it answered at once</source>
+        <translation>noch einmal gebeten, antwortete er sofort</translation>
     </message>
 </context>
 </TS>

@@ -130,6 +130,9 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
     row("ignores-unknown", "unsupported", "did not answer within 3 s", impatient);
     row("unstoppable", "cancelled", "it answered a request that had been cancelled");
     row("progresses-when-cancelled", "cancelled", "reported progress of a request that had been");
+    row("sets-results-when-cancelled", "cancelled", "it gave results to a request that had been");
+    row("unstoppable-once-begun", "cancelled", "it answered a request that had been cancelled");
+    row("unstoppable-persons", "cancelled", "it answered a request that had been cancelled");
     row("crashes-in-cancel", "cancelled", "when it was told to cancel a request");
     row("clings-to-finished", "deleted", "when a request had been deleted when it had finished");
     row("clings-to-cancelled", "deleted", "when a request had been deleted when it was cancelled");
@@ -184,7 +187,7 @@ void CliCheckTest::silenceIsWaitedForOnce()
 void CliCheckTest::soundProviderKeepsEverything_data()
 {
     QTest::addColumn<QString>("variant");
-    for (const char *variant : {"sound", "ids-shared-by-accounts"}) {
+    for (const char *variant : {"sound", "answers-in-cancel", "ids-shared-by-accounts"}) {
         QTest::newRow(variant) << QString::fromLatin1(variant);
         checks.add(QLatin1String(variant), Patient + words("--post"));
     }

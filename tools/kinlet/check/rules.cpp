@@ -124,7 +124,7 @@ QList<Rule> behaviour()
          Tool::tr("leaves a cancelled request alone"),
          Tool::tr("In cancelRequest(), abort the work and forget the request: no results and no "
                   "progress reports any more."),
-         {Kind::Activities},
+         {},
          checkCancelled},
         {text("deleted"),
          Tool::tr("survives requests that are deleted"),
