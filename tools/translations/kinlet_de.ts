@@ -139,10 +139,6 @@
         <translation>nichts führte zu einem anderen Fehler als UnsupportedRequest</translation>
     </message>
     <message>
-        <source>asked for %1, it held up the event loop for %2 s; the bound is %3 s (--pause)</source>
-        <translation>um %1 gebeten, hielt er die Ereignisschleife %2 s lang auf; die Grenze liegt bei %3 s (--pause)</translation>
-    </message>
-    <message>
         <source>it does not load</source>
         <translation>er lässt sich nicht laden</translation>
     </message>
@@ -497,10 +493,6 @@
     <message>
         <source>does not hold up the event loop</source>
         <translation>hält die Ereignisschleife nicht auf</translation>
-    </message>
-    <message>
-        <source>Return from performRequest() at once and answer later: with the signals of QNetworkAccessManager, in small steps from a QTimer, or from a thread that hands the answer back.</source>
-        <translation>Aus performRequest() sofort zurückkehren und später antworten: mit den Signalen von QNetworkAccessManager, in kleinen Schritten mit einem QTimer oder aus einem Thread, der die Antwort zurückgibt.</translation>
     </message>
     <message>
         <source>posts</source>
@@ -1487,6 +1479,26 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>asked again, it answered at once</source>
         <translation>noch einmal gebeten, antwortete er sofort</translation>
+    </message>
+    <message>
+        <source>init() held up the event loop for %1 s</source>
+        <translation>init() hielt die Ereignisschleife %1 s lang auf</translation>
+    </message>
+    <message>
+        <source>asked %1, it held up the event loop for %2 s</source>
+        <translation>%1 gebeten, hielt er die Ereignisschleife %2 s lang auf</translation>
+    </message>
+    <message>
+        <source>asked %1, it held up the event loop for %2 s in cancelRequest()</source>
+        <translation>%1 gebeten, hielt er die Ereignisschleife in cancelRequest() %2 s lang auf</translation>
+    </message>
+    <message>
+        <source>the bound is %1 s (--pause)</source>
+        <translation>die Grenze liegt bei %1 s (--pause)</translation>
+    </message>
+    <message>
+        <source>Return from performRequest() at once and answer later: with the signals of QNetworkAccessManager, in small steps from a QTimer, or from a thread that hands the answer back. The same goes for init() and cancelRequest().</source>
+        <translation>Aus performRequest() sofort zurückkehren und später antworten: mit den Signalen von QNetworkAccessManager, in kleinen Schritten mit einem QTimer oder aus einem Thread, der die Antwort zurückgibt. Auch init() und cancelRequest() kehren sofort zurück.</translation>
     </message>
 </context>
 </TS>

@@ -138,6 +138,9 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
     row("clings-to-cancelled", "deleted", "when a request had been deleted when it was cancelled");
     const QStringList quick = words("--pause 0.1");
     row("slow", "pauses", "it held up the event loop for 0.", quick);
+    row("slow-at-first", "pauses", "asked for activities, it held up the event loop for 0.", quick);
+    row("slow-to-start", "pauses", "init() held up the event loop for 0.", quick);
+    row("slow-to-cancel", "pauses", " s in cancelRequest(); the bound is 0.1 s (--pause)", quick);
     row("cannot-post", "post", "asked to post, it gave the error PostFailed", posting);
     row("keeps-likes", "like", "asked to take back the like, it gave the error LikeFailed",
         posting);

@@ -5,9 +5,6 @@
 #include "language.h"
 
 #include <QElapsedTimer>
-#include <QTimer>
-
-#include <algorithm>
 
 namespace {
 
@@ -28,22 +25,6 @@ QList<Asked> askAll(Probe &probe)
     for (const Asked &asked : all)
         probe.await(asked);
     return all;
-}
-
-// The longest time for which the event loop stood still while one answer was waited for.
-qint64 longestPause(Probe &probe, const QString &kind)
-{
-    constexpr int beat = 5;
-    qint64 longest = 0;
-    QElapsedTimer since;
-    QTimer timer;
-    timer.setTimerType(Qt::PreciseTimer);
-    QObject::connect(&timer, &QTimer::timeout, &timer,
-                     [&] { longest = std::max(longest, since.restart()); });
-    since.start();
-    timer.start(beat);
-    probe.ask(plainInquiry(kind));
-    return std::max(longest, since.elapsed());
 }
 
 }
@@ -108,21 +89,4 @@ void checkErrors(Probe &probe)
     requireNone(mistakes);
     if (seen == 0)
         notChecked(Tool::tr("nothing led to an error other than UnsupportedRequest"));
-}
-
-void checkPauses(Probe &probe)
-{
-    // The machine may be busy with other things: only what lasts each time is the provider's own.
-    constexpr int tries = 3;
-    for (const QString &kind : probe.settings.kinds) {
-        qint64 shortest = longestPause(probe, kind);
-        for (int i = 1; i < tries && shortest > probe.settings.pauseMilliseconds; ++i)
-            shortest = std::min(shortest, longestPause(probe, kind));
-        if (shortest > probe.settings.pauseMilliseconds)
-            broken(Tool::tr("asked for %1, it held up the event loop for %2 s; the bound is "
-                            "%3 s (--pause)")
-                       .arg(Kind::text(kind))
-                       .arg(double(shortest) / 1000.0)
-                       .arg(probe.settings.pauseMilliseconds / 1000.0));
-    }
 }

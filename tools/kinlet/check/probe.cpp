@@ -6,6 +6,7 @@
 #include "language.h"
 #include "report.h"
 
+#include <QElapsedTimer>
 #include <QEventLoop>
 #include <QPluginLoader>
 #include <QTimer>
@@ -41,7 +42,10 @@ void Probe::load()
     note(Tool::tr("metaData() was called"));
     seenNames.before = name();
     note(Tool::tr("init() was called"));
+    QElapsedTimer timer;
+    timer.start();
     plugin->init();
+    initTime = timer.elapsed();
     note(Tool::tr("metaData() was called"));
     seenNames.after = name();
 }

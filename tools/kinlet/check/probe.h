@@ -42,6 +42,9 @@ public:
     };
     const Names &names() const { return seenNames; }
 
+    /// How long init() took.
+    qint64 initMilliseconds() const { return initTime; }
+
     /// Hands the request over and returns. It lives until the provider is gone.
     Asked perform(Inquiry inquiry);
     /// Hands over a request of the caller's, which the caller keeps.
@@ -71,6 +74,7 @@ private:
     const Diary diary;
     std::unique_ptr<KinletInterface> plugin;
     Names seenNames;
+    qint64 initTime = 0;
     std::vector<Inquiry> inquiries;
 };
 

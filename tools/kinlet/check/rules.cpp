@@ -137,7 +137,7 @@ QList<Rule> behaviour()
          Tool::tr(
              "Return from performRequest() at once and answer later: with the signals of "
              "QNetworkAccessManager, in small steps from a QTimer, or from a thread that hands "
-             "the answer back."),
+             "the answer back. The same goes for init() and cancelRequest()."),
          {},
          checkPauses},
         {text("post"),
