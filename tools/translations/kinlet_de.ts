@@ -1500,5 +1500,9 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
         <source>Return from performRequest() at once and answer later: with the signals of QNetworkAccessManager, in small steps from a QTimer, or from a thread that hands the answer back. The same goes for init() and cancelRequest().</source>
         <translation>Aus performRequest() sofort zurückkehren und später antworten: mit den Signalen von QNetworkAccessManager, in kleinen Schritten mit einem QTimer oder aus einem Thread, der die Antwort zurückgibt. Auch init() und cancelRequest() kehren sofort zurück.</translation>
     </message>
+    <message>
+        <source>its newest activity does not say with &quot;IsLikedByMe&quot; whether it is liked, so that this could not be restored</source>
+        <translation>seine neueste Aktivität sagt nicht mit „IsLikedByMe“, ob sie gefällt, sodass sich das nicht wiederherstellen ließe</translation>
+    </message>
 </context>
 </TS>

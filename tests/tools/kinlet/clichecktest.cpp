@@ -142,6 +142,7 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
     row("slow-to-start", "pauses", "init() held up the event loop for 0.", quick);
     row("slow-to-cancel", "pauses", " s in cancelRequest(); the bound is 0.1 s (--pause)", quick);
     row("cannot-post", "post", "asked to post, it gave the error PostFailed", posting);
+    row("posts-twice-answered", "post", "asked once to post, it answered 2 times", posting);
     row("keeps-likes", "like", "asked to take back the like, it gave the error LikeFailed",
         posting);
     row("crashes", "lives", "when it was asked for persons");
@@ -190,7 +191,8 @@ void CliCheckTest::silenceIsWaitedForOnce()
 void CliCheckTest::soundProviderKeepsEverything_data()
 {
     QTest::addColumn<QString>("variant");
-    for (const char *variant : {"sound", "answers-in-cancel", "ids-shared-by-accounts"}) {
+    for (const char *variant :
+         {"sound", "answers-in-cancel", "ids-shared-by-accounts", "status-not-first"}) {
         QTest::newRow(variant) << QString::fromLatin1(variant);
         checks.add(QLatin1String(variant), Patient + words("--post"));
     }
@@ -222,6 +224,7 @@ void CliCheckTest::whatCannotBeJudgedIsNotBroken_data()
     row("records-without-accounts", "accounts records filter post", "it has no accounts",
         Patient + words("--post"));
     row("no-activities", "limit times like", "it gave no activities", Patient + words("--post"));
+    row("likes-unknown", "like", "does not say", Patient + words("--post"));
     row("silent-when-fresh", "cancelled deleted post like", "did not answer within 3 s",
         words("--wait 3 --pause 1"));
 }

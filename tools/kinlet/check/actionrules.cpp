@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "check/probe.h"
-#include "check/rules.h"
 #include "language.h"
 
 #include <Kinlet/SocialActivity>
@@ -10,6 +9,9 @@
 #include <Kinlet/SocialPostActivitiesRequest>
 
 #include <QDateTime>
+#include <QElapsedTimer>
+
+#include <algorithm>
 
 namespace {
 
@@ -19,24 +21,44 @@ void requirePermission(const Probe &probe)
         notChecked(Tool::tr("it changes what others see of the account: --post tries it"));
 }
 
-void requireSuccess(Probe &probe, Inquiry inquiry)
+Asked askToChange(Probe &probe, Inquiry inquiry, const QString &account)
 {
-    const QString what = inquiry.what;
-    const std::shared_ptr<Reports> reports = probe.ask(std::move(inquiry), Verdict::Broken).reports;
-    for (const KinletError &error : std::as_const(reports->errors)) {
+    inquiry.request->setPerformOnAccountsFilter({account});
+    const Asked asked = probe.ask(std::move(inquiry), Verdict::Broken);
+    for (const KinletError &error : std::as_const(asked.reports->errors)) {
         if (error.type() == KinletError::UnsupportedRequest)
             notChecked(Tool::tr("it does not support it"));
-        broken(Tool::tr("asked %1, it gave the error %2").arg(what, errorText(error)));
+        broken(Tool::tr("asked %1, it gave the error %2").arg(asked.what, errorText(error)));
     }
+    return asked;
 }
 
-void like(Probe &probe, const QString &id, const QString &account, bool wanted)
+Asked askToLike(Probe &probe, const SocialGenericData &activity, bool wanted)
 {
     const QString what =
         wanted ? Tool::tr("to like the newest activity") : Tool::tr("to take back the like");
-    Inquiry asked = inquiry<SocialLikeActivityRequest>(what, id, wanted);
-    asked.request->setPerformOnAccountsFilter({account});
-    requireSuccess(probe, std::move(asked));
+    return askToChange(probe, inquiry<SocialLikeActivityRequest>(what, activity.id(), wanted),
+                       activity.parentAccount());
+}
+
+// Of the activities that users publish.
+SocialGenericData newestStatus(Probe &probe)
+{
+    const auto time = [](const SocialGenericData &activity) {
+        return activity.variantProperty(SocialActivity::StartTime).toDateTime();
+    };
+    const QList<SocialGenericData> all =
+        probe.activities(Tool::tr("for activities"), [](SocialGetActivitiesRequest &request) {
+            request.setActivityFilter(SocialActivity::Status);
+        });
+    const auto newest =
+        std::max_element(all.begin(), all.end(),
+                         [&time](const SocialGenericData &one, const SocialGenericData &other) {
+                             return time(one) < time(other);
+                         });
+    if (newest == all.end())
+        notChecked(Tool::tr("it gave no activities"));
+    return *newest;
 }
 
 }
@@ -49,21 +71,31 @@ void checkPost(Probe &probe)
         notChecked(Tool::tr("it has no account"));
     const QString text = Tool::tr("A test by \"kinlet check\", %1: it can be deleted.")
                              .arg(QDateTime::currentDateTimeUtc().toString(Qt::ISODate));
-    Inquiry asked =
-        inquiry<SocialPostActivitiesRequest>(Tool::tr("to post"), SocialActivity::Status, text);
-    asked.request->setPerformOnAccountsFilter({accounts.constFirst()});
-    requireSuccess(probe, std::move(asked));
+    QElapsedTimer timer;
+    timer.start();
+    const Asked post = askToChange(
+        probe,
+        inquiry<SocialPostActivitiesRequest>(Tool::tr("to post"), SocialActivity::Status, text),
+        accounts.constFirst());
+    probe.rest(timeForMore(timer.elapsed()));
+    requireNone({statusMistake(post), onceMistake(post)});
 }
 
 void checkLike(Probe &probe)
 {
     requirePermission(probe);
-    const QList<SocialGenericData> all = probe.activities(Tool::tr("for activities"));
-    if (all.isEmpty())
-        notChecked(Tool::tr("it gave no activities"));
-    const SocialGenericData &newest = all.constFirst();
-    // In the end everything is as it was.
-    const bool liked = newest.variantProperty(SocialActivity::IsLikedByMe).toBool();
-    like(probe, newest.id(), newest.parentAccount(), !liked);
-    like(probe, newest.id(), newest.parentAccount(), liked);
+    const SocialGenericData newest = newestStatus(probe);
+    const QVariant known = newest.variantProperty(SocialActivity::IsLikedByMe);
+    if (!known.isValid())
+        notChecked(Tool::tr("its newest activity does not say with \"IsLikedByMe\" whether "
+                            "it is liked, so that this could not be restored"));
+    const bool liked = known.toBool();
+    QElapsedTimer timer;
+    timer.start();
+    const Asked change = askToLike(probe, newest, !liked);
+    // In the end everything is as it was, whatever is wrong with the answers.
+    const Asked restored = askToLike(probe, newest, liked);
+    probe.rest(timeForMore(timer.elapsed()));
+    requireNone({statusMistake(change), onceMistake(change), statusMistake(restored),
+                 onceMistake(restored)});
 }
