@@ -167,10 +167,6 @@
         <translation>er blieb hängen</translation>
     </message>
     <message>
-        <source>the check could not be started</source>
-        <translation>die Prüfung ließ sich nicht starten</translation>
-    </message>
-    <message>
         <source>it crashed (%1)</source>
         <translation>er stürzte ab (%1)</translation>
     </message>
@@ -1503,6 +1499,10 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>its newest activity does not say with &quot;IsLikedByMe&quot; whether it is liked, so that this could not be restored</source>
         <translation>seine neueste Aktivität sagt nicht mit „IsLikedByMe“, ob sie gefällt, sodass sich das nicht wiederherstellen ließe</translation>
+    </message>
+    <message>
+        <source>the check could not be started: %1</source>
+        <translation>die Prüfung ließ sich nicht starten: %1</translation>
     </message>
 </context>
 </TS>

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void textForPeople();
     void missingFileIsWrongUse();
     void readerWhoLeavesEndsTheCheck();
+    void checkThatCannotStartBlamesNobody();
 
 private:
     static QStringList namesOf(const Ended &ended, const char *result);
@@ -295,6 +296,25 @@ void CliCheckTest::readerWhoLeavesEndsTheCheck()
     const Ended few = cli->runInShell(arguments, QStringLiteral("| head -n 1"));
     QVERIFY2(few.err.count(greeting) < all.err.count(greeting) / 2, qPrintable(few.err));
     QVERIFY(few.err.contains(QStringLiteral("the output cannot be written")));
+}
+
+void CliCheckTest::checkThatCannotStartBlamesNobody()
+{
+    // The program is gone when it wants to start itself again.
+    const QString copy = cli->path(QStringLiteral("copy"));
+    QVERIFY(QFile::copy(QStringLiteral(KINLET_CLI), copy));
+    QProcess process;
+    process.setProcessEnvironment(cli->environment);
+    process.start(
+        QStringLiteral("/bin/sh"),
+        QStringList{QStringLiteral("-c"),
+                    QStringLiteral("exec 3<\"$0\"; rm \"$0\"; exec /proc/self/fd/3 \"$@\""), copy}
+            + checkOf(provider(*cli, QStringLiteral("sound")), Patient));
+    const Ended ended = Cli::end(process);
+    QCOMPARE(ended.out, QString());
+    QVERIFY2(ended.err.startsWith(QStringLiteral("kinlet: the check could not be started: ")),
+             qPrintable(ended.err));
+    QCOMPARE(ended.code, 1);
 }
 
 QTEST_GUILESS_MAIN(CliCheckTest)

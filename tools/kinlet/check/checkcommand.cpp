@@ -23,7 +23,7 @@ Finding joined(const QStringList &mistakes)
 // The whole examination of a provider.
 class Examination {
 public:
-    Examination(const CommandLine &line, Output &out);
+    Examination(const CommandLine &line, Output &out, Report &report);
     ExitCode run();
 
 private:
@@ -39,6 +39,7 @@ private:
 
     const CommandLine &line;
     Output &out;
+    Report &report;
     CheckSettings settings;
     // Why nothing else can be checked.
     QString obstacle;
@@ -50,7 +51,8 @@ private:
     QMap<Verdict, int> sums;
 };
 
-Examination::Examination(const CommandLine &line, Output &out) : line(line), out(out)
+Examination::Examination(const CommandLine &line, Output &out, Report &report)
+    : line(line), out(out), report(report)
 {
     settings.file = QFileInfo(line.arguments.constFirst()).absoluteFilePath();
     settings.kinds = Kind::all();
@@ -63,6 +65,8 @@ ExitCode Examination::run()
 {
     for (const Rule &rule : allRules()) {
         const Finding finding = judge(rule);
+        if (report.exitCode() != Done)
+            break;
         ++sums[finding.verdict];
         if (finding.verdict == Verdict::Broken)
             brokenRules.append(rule.name);
@@ -73,7 +77,7 @@ ExitCode Examination::run()
     }
     if (!line.json)
         printSum();
-    return brokenRules.isEmpty() ? Done : EndedWithErrors;
+    return brokenRules.isEmpty() ? report.exitCode() : EndedWithErrors;
 }
 
 Finding Examination::judge(const Rule &rule)
@@ -165,6 +169,8 @@ Finding Examination::runChild(const Rule &rule, const CheckSettings &with)
 {
     const ChildResult result = checkInChild(rule, with);
     ids = result.ids;
+    if (!result.obstacle.isEmpty())
+        report.failure(Tool::tr("the check could not be started: %1").arg(result.obstacle));
     if (result.accident.isEmpty())
         return result.finding;
     if (result.accidentRule == rule.name)
@@ -236,5 +242,5 @@ ExitCode runCheck(const CommandLine &line, Output &out, Report &report)
         report.note(Tool::tr("there is no file \"%1\"").arg(file));
         return WrongUse;
     }
-    return Examination(line, out).run();
+    return Examination(line, out, report).run();
 }

@@ -26,6 +26,8 @@ struct ChildResult {
     QString accidentRule;
     /// Lists of ids by the kind of records.
     QVariantMap ids;
+    /// Why there is no such process, in words, or empty. The provider has nothing to do with it.
+    QString obstacle;
 };
 
 /// Runs such a process to its end.

@@ -96,14 +96,19 @@ void Child::noteAccident()
     if (hung)
         end = Tool::tr("it hung");
     else if (process.error() == QProcess::FailedToStart)
-        end = Tool::tr("the check could not be started");
+        end = process.errorString();
     else if (process.exitStatus() == QProcess::CrashExit)
         // QProcess has the number of the signal there.
         end = Tool::tr("it crashed (%1)")
                   .arg(QString::fromLocal8Bit(::strsignal(process.exitCode())));
     else
         end = Tool::tr("it ended the process (exit code %1)").arg(process.exitCode());
-    seen.accident = doing.isEmpty() ? end : Tool::tr("%1 when %2").arg(end, doing);
+    // It speaks before it touches the provider.
+    if (doing.isEmpty()) {
+        seen.obstacle = end;
+        return;
+    }
+    seen.accident = Tool::tr("%1 when %2").arg(end, doing);
     if (!found)
         seen.finding = {Verdict::NotChecked, seen.accident};
 }
