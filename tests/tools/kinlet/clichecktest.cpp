@@ -192,8 +192,8 @@ void CliCheckTest::silenceIsWaitedForOnce()
 void CliCheckTest::soundProviderKeepsEverything_data()
 {
     QTest::addColumn<QString>("variant");
-    for (const char *variant :
-         {"sound", "answers-in-cancel", "ids-shared-by-accounts", "status-not-first"}) {
+    for (const char *variant : {"sound", "answers-in-cancel", "ids-shared-by-accounts",
+                                "name-in-bytes", "status-not-first"}) {
         QTest::newRow(variant) << QString::fromLatin1(variant);
         checks.add(QLatin1String(variant), Patient + words("--post"));
     }

@@ -2,7 +2,6 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "check/probe.h"
-#include "check/rules.h"
 #include "language.h"
 
 #include <Kinlet/SocialServiceAccount>
@@ -56,7 +55,8 @@ void checkName(Probe &probe)
     static const QRegularExpression valid(QStringLiteral("\\A[A-Za-z_][A-Za-z0-9_]*\\z"));
     const Probe::Names &names = probe.names();
     const QString name = names.before.toString();
-    if (names.before.userType() != QMetaType::QString || name.isEmpty())
+    const int type = names.before.userType();
+    if ((type != QMetaType::QString && type != QMetaType::QByteArray) || name.isEmpty())
         broken(Tool::tr("metaData() has no text under \"name\""));
     if (!valid.match(name).hasMatch() || name.size() > LongestName)
         broken(Tool::tr("the name \"%1\" cannot be part of a bus name").arg(name));
