@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: LGPL-2.1-or-later
 
 #include "check/checks.h"
+#include "check/rules.h"
 
 #include <QFile>
 #include <QTest>
@@ -46,6 +47,7 @@ private Q_SLOTS:
     void missingFileIsWrongUse();
     void readerWhoLeavesEndsTheCheck();
     void checkThatCannotStartBlamesNobody();
+    void manualListsTheRules();
 
 private:
     static QStringList namesOf(const Ended &ended, const char *result);
@@ -315,6 +317,26 @@ void CliCheckTest::checkThatCannotStartBlamesNobody()
     QVERIFY2(ended.err.startsWith(QStringLiteral("kinlet: the check could not be started: ")),
              qPrintable(ended.err));
     QCOMPARE(ended.code, 1);
+}
+
+// What scripts rely on.
+void CliCheckTest::manualListsTheRules()
+{
+    QFile manual(QStringLiteral(KINLET_MANUAL));
+    QVERIFY(manual.open(QIODevice::ReadOnly));
+    const QString page = QString::fromUtf8(manual.readAll());
+    const QString rules =
+        page.section(QStringLiteral(".Ss Rules\n"), 1).section(QStringLiteral(".El"), 0, 0);
+    QStringList listed;
+    const QStringList lines = rules.split(QLatin1Char('\n'));
+    for (const QString &line : lines) {
+        if (line.startsWith(QStringLiteral(".It Ql ")))
+            listed.append(line.mid(7));
+    }
+    QStringList names;
+    for (const Rule &rule : allRules())
+        names.append(rule.name);
+    QCOMPARE(listed, names);
 }
 
 QTEST_GUILESS_MAIN(CliCheckTest)
