@@ -4,6 +4,7 @@
 #include "network.h"
 
 #include <QDateTime>
+#include <QTimer>
 
 namespace {
 
@@ -15,35 +16,7 @@ QString personId(const QString &account)
     return account + QStringLiteral(":me");
 }
 
-}
-
-// FILL IN: the network's name, icon and page, and what users can do there (SocialActions).
-SocialService Network::service()
-{
-    SocialService service;
-    service.setProperty(SocialService::Id, serviceId);
-    service.setProperty(SocialService::Description, QStringLiteral("@NAME@"));
-    service.setProperty(SocialService::ProviderName, QStringLiteral("@NAME@"));
-    return service;
-}
-
-// FILL IN: the accounts that the user has set up, from the user's settings or keyring.
-QList<SocialServiceAccount> Network::accounts()
-{
-    QList<SocialServiceAccount> all;
-    for (const QString &id : accountIds) {
-        SocialServiceAccount account;
-        account.setProperty(SocialServiceAccount::Id, id);
-        account.setProperty(SocialServiceAccount::SocialServiceId, serviceId);
-        account.setProperty(SocialServiceAccount::ProfileId, personId(id));
-        account.setProperty(SocialServiceAccount::AccountName, id.section(QLatin1Char(':'), 1));
-        all.append(account);
-    }
-    return all;
-}
-
-// FILL IN: the contacts of the accounts, asked from the network.
-QList<SocialNetworkPerson> Network::persons()
+QList<SocialNetworkPerson> samplePersons()
 {
     QList<SocialNetworkPerson> all;
     for (const QString &account : accountIds) {
@@ -56,8 +29,7 @@ QList<SocialNetworkPerson> Network::persons()
     return all;
 }
 
-// FILL IN: what was published, asked from the network; its ids must stay the same.
-QList<SocialActivity> Network::activities()
+QList<SocialActivity> sampleActivities()
 {
     const QDateTime newest({2026, 1, 1}, {12, 0}, Qt::UTC);
     QList<SocialActivity> all;
@@ -73,4 +45,57 @@ QList<SocialActivity> Network::activities()
         all.append(status);
     }
     return all;
+}
+
+// Stands for the way to a server and back.
+void finishSoon(Reply *reply)
+{
+    QTimer::singleShot(10, reply, &Reply::finished);
+}
+
+}
+
+// FILL IN: the network's name, icon and page, and what users can do there (SocialActions).
+SocialService Network::service() const
+{
+    SocialService service;
+    service.setProperty(SocialService::Id, serviceId);
+    service.setProperty(SocialService::Description, QStringLiteral("@NAME@"));
+    service.setProperty(SocialService::ProviderName, QStringLiteral("@NAME@"));
+    return service;
+}
+
+// FILL IN: the accounts that the user has set up, from the user's settings or keyring.
+QList<SocialServiceAccount> Network::accounts() const
+{
+    QList<SocialServiceAccount> all;
+    for (const QString &id : accountIds) {
+        SocialServiceAccount account;
+        account.setProperty(SocialServiceAccount::Id, id);
+        account.setProperty(SocialServiceAccount::SocialServiceId, serviceId);
+        account.setProperty(SocialServiceAccount::ProfileId, personId(id));
+        account.setProperty(SocialServiceAccount::AccountName, id.section(QLatin1Char(':'), 1));
+        all.append(account);
+    }
+    return all;
+}
+
+// FILL IN: the contacts of the accounts, asked from the network with QNetworkAccessManager.
+// When its answer has come, fill in the reply, or its errors with a description each, and emit
+// finished(). Make the QNetworkReply a child of the reply: then it is aborted with it.
+Reply *Network::fetchPersons()
+{
+    auto *reply = new Reply(this);
+    reply->persons = samplePersons();
+    finishSoon(reply);
+    return reply;
+}
+
+// FILL IN: what was published, asked for in the same way; its ids must stay the same.
+Reply *Network::fetchActivities()
+{
+    auto *reply = new Reply(this);
+    reply->activities = sampleActivities();
+    finishSoon(reply);
+    return reply;
 }

@@ -3,10 +3,7 @@
 
 #include "provider.h"
 
-#include "network.h"
-
 #include <QDateTime>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -45,7 +42,7 @@ bool matches(const SocialNetworkPerson &person, const QHash<QString, QRegExp> &f
 
 }
 
-// FILL IN: read settings, open connections. What fails here is reported with error().
+// FILL IN: read settings, begin to connect. What fails here is reported with error().
 void Provider::init() { }
 
 QVariantMap Provider::metaData()
@@ -55,20 +52,24 @@ QVariantMap Provider::metaData()
 
 QList<SocialService> Provider::services()
 {
-    return {Network::service()};
+    return {network.service()};
 }
 
 QList<SocialServiceAccount> Provider::accounts()
 {
-    return Network::accounts();
+    return network.accounts();
 }
 
 void Provider::performRequest(SocialDataRequest *request)
 {
+    Reply *reply = nullptr;
     switch (request->type()) {
     case SocialDataRequest::GetPersons:
+        reply = network.fetchPersons();
+        break;
     case SocialDataRequest::GetActivities:
     case SocialDataRequest::GetLikers:
+        reply = network.fetchActivities();
         break;
     // FILL IN: PostActivities and LikeActivity, if the network lets users post and like.
     default:
@@ -76,36 +77,34 @@ void Provider::performRequest(SocialDataRequest *request)
         KinletInterface::performRequest(request);
         return;
     }
-    waiting.append(request);
-    // FILL IN: ask the network here, and answer when its reply has come.
-    QTimer::singleShot(0, this, [this, request] {
-        if (waiting.removeOne(request))
-            answer(request);
-    });
+    replies.insert(request, reply);
+    connect(reply, &Reply::finished, this, [this, request] { answer(request); });
 }
 
-// FILL IN: abort what is still being asked from the network.
 void Provider::cancelRequest(SocialDataRequest *request)
 {
-    waiting.removeOne(request);
+    // With the reply goes what would have used the request.
+    delete replies.take(request);
 }
 
-// FILL IN: errors of the network, as KinletError with a description, in place of results.
 void Provider::answer(SocialDataRequest *request)
 {
-    if (auto *activities = qobject_cast<SocialGetActivitiesRequest *>(request))
-        answerActivities(activities);
+    Reply *reply = replies.take(request);
+    reply->deleteLater();
+    if (!reply->errors.isEmpty())
+        request->setRequestProgress(SocialDataRequest::Finished, reply->errors);
+    else if (auto *activities = qobject_cast<SocialGetActivitiesRequest *>(request))
+        answerActivities(activities, *reply);
     else if (auto *likers = qobject_cast<SocialGetLikersRequest *>(request))
-        answerLikers(likers);
+        answerLikers(likers, *reply);
     else
-        answerPersons(qobject_cast<SocialGetPersonsRequest *>(request));
+        answerPersons(qobject_cast<SocialGetPersonsRequest *>(request), *reply);
 }
 
-void Provider::answerActivities(SocialGetActivitiesRequest *request)
+void Provider::answerActivities(SocialGetActivitiesRequest *request, const Reply &reply)
 {
     QList<SocialActivity> wanted;
-    const QList<SocialActivity> all = Network::activities();
-    for (const SocialActivity &activity : all) {
+    for (const SocialActivity &activity : reply.activities) {
         if (wanted.size() < request->limit() && isWanted(activity, *request))
             wanted.append(activity);
     }
@@ -113,9 +112,9 @@ void Provider::answerActivities(SocialGetActivitiesRequest *request)
     request->setRequestProgress(SocialDataRequest::Finished, {});
 }
 
-void Provider::answerLikers(SocialGetLikersRequest *request)
+void Provider::answerLikers(SocialGetLikersRequest *request, const Reply &reply)
 {
-    const QList<SocialActivity> all = Network::activities();
+    const QList<SocialActivity> &all = reply.activities;
     const bool known = std::any_of(all.begin(), all.end(), [request](const SocialActivity &one) {
         return one.id() == request->activityId();
     });
@@ -128,11 +127,10 @@ void Provider::answerLikers(SocialGetLikersRequest *request)
     request->setRequestProgress(SocialDataRequest::Finished, errors);
 }
 
-void Provider::answerPersons(SocialGetPersonsRequest *request)
+void Provider::answerPersons(SocialGetPersonsRequest *request, const Reply &reply)
 {
     QList<SocialNetworkPerson> wanted;
-    const QList<SocialNetworkPerson> all = Network::persons();
-    for (const SocialNetworkPerson &person : all) {
+    for (const SocialNetworkPerson &person : reply.persons) {
         if (isOfAccounts(person, *request) && matches(person, request->propertyFilter()))
             wanted.append(person);
     }

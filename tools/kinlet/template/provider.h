@@ -3,14 +3,15 @@
 
 #pragma once
 
-#include <Kinlet/KinletError>
+#include "network.h"
+
 #include <Kinlet/KinletInterface>
 #include <Kinlet/SocialGetActivitiesRequest>
 #include <Kinlet/SocialGetLikersRequest>
 
-#include <QList>
+#include <QHash>
 
-/// Answers requests from what the network holds.
+/// Asks the network what it is asked, and answers when the reply has come.
 class Provider : public KinletInterface {
     Q_OBJECT
     Q_PLUGIN_METADATA(IID "com.orvane.lumend.Kinlet/1.0")
@@ -26,11 +27,11 @@ public:
 
 private:
     void answer(SocialDataRequest *request);
-    void answerActivities(SocialGetActivitiesRequest *request);
-    void answerLikers(SocialGetLikersRequest *request);
-    void answerPersons(SocialGetPersonsRequest *request);
+    void answerActivities(SocialGetActivitiesRequest *request, const Reply &reply);
+    void answerLikers(SocialGetLikersRequest *request, const Reply &reply);
+    void answerPersons(SocialGetPersonsRequest *request, const Reply &reply);
 
-    /// Requests that wait for their answer. One that was cancelled is not among them any more, and
-    /// must not be touched.
-    QList<SocialDataRequest *> waiting;
+    Network network;
+    /// What the open requests wait for. A request that is not here must not be touched any more.
+    QHash<SocialDataRequest *, Reply *> replies;
 };
