@@ -32,23 +32,26 @@ QString nameMistake(const QString &name)
     // The name is part of the names of files, whose length is limited to 255.
     constexpr int longest = 200;
     static const QRegularExpression valid(QStringLiteral("\\A[A-Za-z_][A-Za-z0-9_]*\\z"));
-    // The provider that comes with Kinlet, and what CMake calls targets of its own.
-    static const QStringList taken{QStringLiteral("local"),   QStringLiteral("all"),
-                                   QStringLiteral("clean"),   QStringLiteral("depend"),
-                                   QStringLiteral("help"),    QStringLiteral("install"),
-                                   QStringLiteral("package"), QStringLiteral("test")};
+    // The provider that comes with Kinlet, and what CMake and CTest call targets of their own.
+    static const QRegularExpression taken(QStringLiteral(
+        "\\A(local|all|clean|depend|help|install|package|package_source|preinstall|test|"
+        "edit_cache|rebuild_cache|ALL_BUILD|INSTALL|PACKAGE|RUN_TESTS|ZERO_CHECK|"
+        "NightlyMemoryCheck|(Continuous|Experimental|Nightly)"
+        "(Start|Update|Configure|Build|Test|Coverage|MemCheck|Submit)?)\\z"));
     if (!valid.match(name).hasMatch() || name.size() > longest)
         return Tool::tr("\"%1\" cannot be the name of a provider: letters, digits and _ "
                         "only, no digit first, at most %2 of them")
             .arg(name)
             .arg(longest);
-    if (taken.contains(name))
+    if (taken.match(name).hasMatch())
         return Tool::tr("the name \"%1\" is taken").arg(name);
     return QString();
 }
 
 QString folderMistake(const QString &path)
 {
+    if (path.isEmpty())
+        return Tool::tr("the folder has no name");
     const QFileInfo info(path);
     if (!info.exists() && !info.isSymLink())
         return QString();
@@ -111,7 +114,8 @@ QString write(const QString &path, const QString &text)
         return Tool::tr("the folder \"%1\" cannot be made").arg(QFileInfo(path).path());
     QSaveFile target(path);
     const QByteArray bytes = text.toUtf8();
-    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size()
+    // By itself commit() does not tell that the last of it could not be written.
+    if (!target.open(QIODevice::WriteOnly) || target.write(bytes) != bytes.size() || !target.flush()
         || !target.commit())
         return Tool::tr("\"%1\" cannot be written: %2").arg(path, target.errorString());
     // The only one that is run.
@@ -119,6 +123,32 @@ QString write(const QString &path, const QString &text)
     if (program && !QFile::setPermissions(path, QFile::permissions(path) | QFile::ExeOwner))
         return Tool::tr("\"%1\" cannot be made a program").arg(path);
     return QString();
+}
+
+// Of these files nothing stays.
+void takeBack(const QString &folder, const QStringList &files, bool wasThere)
+{
+    QDir dir(folder);
+    for (const QString &file : files)
+        dir.remove(file);
+    for (const QString &file : files) {
+        for (QString part = QFileInfo(file).path(); part != QLatin1String(".");
+             part = QFileInfo(part).path())
+            dir.rmdir(part);
+    }
+    if (!wasThere)
+        QDir().rmdir(folder);
+}
+
+// The argument as a shell reads it.
+QString quoted(QString argument)
+{
+    static const QRegularExpression plain(
+        QStringLiteral("\\A[A-Za-z0-9_./+,@%][A-Za-z0-9_./+,@%-]*\\z"));
+    if (plain.match(argument).hasMatch())
+        return argument;
+    argument.replace(QLatin1Char('\''), QStringLiteral("'\\''"));
+    return QStringLiteral("-- '%1'").arg(argument);
 }
 
 QStringList templateFiles()
@@ -146,7 +176,7 @@ void print(Output &out, const CommandLine &line, const QList<Place> &places)
                       "a network:")
                  .arg(line.arguments[0], folder));
     out.line();
-    out.line(QStringLiteral("  cd %1").arg(folder));
+    out.line(QStringLiteral("  cd %1").arg(quoted(folder)));
     out.line(QStringLiteral("  cmake -S . -B build && cmake --build build"));
     out.line(QStringLiteral("  ctest --test-dir build --output-on-failure"));
     out.line(QStringLiteral("  kinlet --plugin-path build timeline"));
@@ -170,12 +200,14 @@ ExitCode runNewProvider(const CommandLine &line, Output &out, Report &report)
         report.note(mistake);
         return WrongUse;
     }
+    const bool wasThere = QFileInfo::exists(folder);
     QList<Place> places;
     const QStringList files = templateFiles();
     for (const QString &file : files) {
         const QString text = filled(readTemplate(file), name);
         const QString problem = write(QDir(folder).filePath(file), text);
         if (!problem.isEmpty()) {
+            takeBack(folder, files, wasThere);
             report.failure(problem);
             return report.exitCode();
         }

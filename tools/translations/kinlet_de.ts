@@ -1504,5 +1504,9 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
         <source>the check could not be started: %1</source>
         <translation>die Prüfung ließ sich nicht starten: %1</translation>
     </message>
+    <message>
+        <source>the folder has no name</source>
+        <translation>der Ordner hat keinen Namen</translation>
+    </message>
 </context>
 </TS>

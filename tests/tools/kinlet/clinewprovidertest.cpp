@@ -19,7 +19,11 @@ private Q_SLOTS:
     void badNames();
     void foldersInUseAreLeftAlone_data();
     void foldersInUseAreLeftAlone();
+    void folderNeedsAName();
     void failureIsTold();
+    void failureLeavesNothing_data();
+    void failureLeavesNothing();
+    void printedCommandsFitTheFolder();
 
 private:
     static Ended write(Cli &cli, const QString &name, const QString &folder);
@@ -94,7 +98,10 @@ void CliNewProviderTest::badNames_data()
         QTest::newRow(name) << QString::fromUtf8(name);
     QTest::newRow("too long") << QString(201, QLatin1Char('a'));
     QTest::newRow("of the local provider") << QStringLiteral("local");
-    QTest::newRow("of a target of CMake") << QStringLiteral("test");
+    for (const char *target :
+         {"test", "edit_cache", "rebuild_cache", "package_source", "Nightly", "Experimental",
+          "Continuous", "NightlyMemoryCheck", "ExperimentalStart"})
+        QTest::newRow(target) << QString::fromLatin1(target);
 }
 
 void CliNewProviderTest::badNames()
@@ -131,6 +138,15 @@ void CliNewProviderTest::foldersInUseAreLeftAlone()
     QVERIFY(!QFileInfo::exists(cli.path(QStringLiteral("nowhere"))));
 }
 
+void CliNewProviderTest::folderNeedsAName()
+{
+    Cli cli;
+    QVERIFY(QDir::setCurrent(cli.path(QString())));
+    const Ended ended = write(cli, QStringLiteral("elm"), QString());
+    QCOMPARE(ended.code, 2);
+    QVERIFY(!QFileInfo::exists(cli.path(QStringLiteral("provider.cpp"))));
+}
+
 void CliNewProviderTest::failureIsTold()
 {
     Cli cli;
@@ -138,6 +154,49 @@ void CliNewProviderTest::failureIsTold()
         write(cli, QStringLiteral("elm"), QStringLiteral("/proc/no-such-folder/elm"));
     QCOMPARE(ended.code, 1);
     QVERIFY2(ended.err.contains(QStringLiteral("cannot be made")), qPrintable(ended.err));
+}
+
+void CliNewProviderTest::failureLeavesNothing_data()
+{
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<bool>("stays");
+    QTest::newRow("new folder") << QString() << false;
+    QTest::newRow("empty folder") << QStringLiteral("mkdir elm; ") << true;
+}
+
+void CliNewProviderTest::failureLeavesNothing()
+{
+    QFETCH(QString, before);
+    QFETCH(bool, stays);
+    Cli cli;
+    QVERIFY(QDir::setCurrent(cli.path(QString())));
+    // Files of more than a kilobyte cannot be written, and there are smaller and larger ones.
+    const Ended ended = cli.runInShell(
+        {QStringLiteral("new-provider"), QStringLiteral("elm"), QStringLiteral("elm")}, QString(),
+        before + QStringLiteral("trap '' XFSZ; ulimit -f 2; "));
+    QCOMPARE(ended.code, 1);
+    QVERIFY2(ended.err.contains(QStringLiteral("cannot be written")), qPrintable(ended.err));
+    const QDir folder(cli.path(QStringLiteral("elm")));
+    QCOMPARE(folder.exists(), stays);
+    QCOMPARE(folder.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+}
+
+void CliNewProviderTest::printedCommandsFitTheFolder()
+{
+    Cli cli;
+    QVERIFY(QDir::setCurrent(cli.path(QString())));
+    const QString folder = QStringLiteral("-it's two");
+    const Ended ended = cli.run(
+        {QStringLiteral("new-provider"), QStringLiteral("--"), QStringLiteral("elm"), folder});
+    QCOMPARE(ended.code, 0);
+    const QString command =
+        ended.out.section(QStringLiteral("  cd "), 1).section(QLatin1Char('\n'), 0, 0);
+    QProcess shell;
+    shell.start(QStringLiteral("/bin/sh"),
+                {QStringLiteral("-c"), QStringLiteral("cd %1 && pwd").arg(command)});
+    const Ended there = Cli::end(shell);
+    QVERIFY2(there.out.endsWith(folder + QLatin1Char('\n')), qPrintable(command));
 }
 
 QTEST_GUILESS_MAIN(CliNewProviderTest)
