@@ -447,8 +447,8 @@
         <translation>hält sich an die Höchstzahl der Aktivitäten und behält die neuesten</translation>
     </message>
     <message>
-        <source>Answer with at most limit() activities: those with the newest StartTime.</source>
-        <translation>Mit höchstens limit() Aktivitäten antworten: denen mit der neuesten StartTime.</translation>
+        <source>Answer with at most limit() activities: those with the newest StartTime. A limit less than 1 is none.</source>
+        <translation>Mit höchstens limit() Aktivitäten antworten: denen mit der neuesten StartTime. Eine Grenze unter 1 ist keine.</translation>
     </message>
     <message>
         <source>keeps to the time bounds of activities</source>
@@ -1463,6 +1463,14 @@ Plug-ins werden in KINLET_PLUGIN_PATH oder /usr/lib/kinlet-1.0/plugins gesucht.<
     <message>
         <source>asked for activities after %1, it gave none</source>
         <translation>um Aktivitäten nach %1 gebeten, lieferte er keine</translation>
+    </message>
+    <message>
+        <source>for activities without a limit</source>
+        <translation>um Aktivitäten ohne Grenze</translation>
+    </message>
+    <message>
+        <source>asked for activities without a limit (0), it gave none</source>
+        <translation>um Aktivitäten ohne Grenze (0) gebeten, lieferte er keine</translation>
     </message>
     <message>
         <source>asked %1, it gave none</source>

@@ -124,6 +124,7 @@ void CliCheckTest::faultIsFoundByItsRuleAlone_data()
         "\"account:a\", \"account:b\", it gave none of \"account:b\"");
     row("greedy", "limit", "asked for at most 3 activities, it gave 4");
     row("oldest-first", "limit", "asked for at most 3 activities, it left out the newest");
+    row("empty-without-limit", "limit", "asked for activities without a limit (0), it gave none");
     row("empty-when-limited", "limit", "asked for at most 3 activities, it gave none");
     row("empty-when-bounded", "times", "after 2026-01-01T09:00:00.000Z, it gave none");
     row("ignores-before", "times", "before 2026-01-01T12:00:00.000Z, it gave one of 2026-01-01T12");

@@ -186,7 +186,7 @@ QList<SocialGenericData> StoryProvider::activities(const SocialGetActivitiesRequ
             continue;
         matching.append(record);
     }
-    return matching.mid(0, request.limit());
+    return request.limit() < 1 ? matching : matching.mid(0, request.limit());
 }
 
 QList<SocialGenericData> StoryProvider::persons(const SocialGetPersonsRequest &request)

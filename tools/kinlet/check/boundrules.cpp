@@ -75,6 +75,11 @@ void checkLimit(Probe &probe)
     const QList<QDateTime> left = timesOf(some);
     if (!times.isEmpty() && !left.isEmpty() && left.last() < times.last())
         broken(Tool::tr("asked %1, it left out the newest").arg(what));
+    const QList<SocialGenericData> unlimited =
+        probe.activities(Tool::tr("for activities without a limit"),
+                         [](SocialGetActivitiesRequest &request) { request.setLimit(0); });
+    if (unlimited.isEmpty())
+        broken(Tool::tr("asked for activities without a limit (0), it gave none"));
 }
 
 void checkTimes(Probe &probe)

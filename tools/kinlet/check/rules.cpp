@@ -92,7 +92,8 @@ QList<Rule> content()
          checkFilter},
         {text("limit"),
          Tool::tr("keeps to the limit of activities, newest first to stay"),
-         Tool::tr("Answer with at most limit() activities: those with the newest StartTime."),
+         Tool::tr("Answer with at most limit() activities: those with the newest StartTime. A "
+                  "limit less than 1 is none."),
          {Kind::Activities},
          checkLimit},
         {text("times"),

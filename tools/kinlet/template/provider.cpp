@@ -103,9 +103,12 @@ void Provider::answer(SocialDataRequest *request)
 
 void Provider::answerActivities(SocialGetActivitiesRequest *request, const Reply &reply)
 {
+    const bool isLimited = request->limit() > 0;
     QList<SocialActivity> wanted;
     for (const SocialActivity &activity : reply.activities) {
-        if (wanted.size() < request->limit() && isWanted(activity, *request))
+        if (isLimited && wanted.size() == request->limit())
+            break;
+        if (isWanted(activity, *request))
             wanted.append(activity);
     }
     request->setActivities(wanted);

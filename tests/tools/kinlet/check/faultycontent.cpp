@@ -93,7 +93,10 @@ Records activities(const SocialGetActivitiesRequest &request)
         return {};
     if (fault("oldest-first"))
         std::reverse(all.begin(), all.end());
-    all = fault("greedy") ? all : all.mid(0, request.limit());
+    if (fault("empty-without-limit") && request.limit() < 1)
+        return {};
+    if (request.limit() > 0 && !fault("greedy"))
+        all = all.mid(0, request.limit());
     // The order is the provider's own.
     if (fault("status-not-first"))
         std::reverse(all.begin(), all.end());
