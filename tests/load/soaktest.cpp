@@ -34,8 +34,8 @@ namespace {
 
 // They are open at the same time, and wait for their deletion at the same time.
 constexpr int BatchSize = 200;
-// In the process, the lengths of queues that come by chance. One small block for each request of one
-// kind is sixteen times as much.
+// In the process, the lengths of queues that come by chance. One small block for each request of
+// one kind is sixteen times as much.
 constexpr qint64 MostBytes = 4 * 1024;
 // What the bus library keeps of messages for the next ones besides, five of 10 kB each.
 constexpr qint64 MostBytesOverBus = 64 * 1024;
