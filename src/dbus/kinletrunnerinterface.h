@@ -21,10 +21,9 @@ public:
 
 public Q_SLOTS:
     /// Returns at once. The answer comes by requestFinished() with the same id; the reply only
-    /// tells that the runner has taken the request. Virtual because nobody learns the id otherwise
-    /// where there is no bus.
-    virtual QDBusPendingReply<> performRequest(int requestType, const QString &requestId,
-                                               const QByteArray &request);
+    /// tells that the runner has taken the request.
+    QDBusPendingReply<> performRequest(int requestType, const QString &requestId,
+                                       const QByteArray &request);
     /// The runner's description of itself.
     QDBusPendingReply<QVariantMap> metaData();
 
