@@ -219,7 +219,7 @@ void CliGermanTest::checkSpeaksGermanInEachOfItsProcesses()
              qPrintable(ended.out));
     QVERIFY2(says("VERLETZT     limit        um höchstens 3 Aktivitäten gebeten, lieferte er 4\n"
                   "                          -> Mit höchstens limit() Aktivitäten antworten: denen "
-                  "mit der neuesten StartTime."),
+                  "mit der neuesten StartTime. Eine Grenze unter 1 ist keine."),
              qPrintable(ended.out));
     QVERIFY2(says("ungeprüft    like         es ändert, was andere von dem Konto sehen: --post "
                   "probiert es aus"),
