@@ -74,7 +74,11 @@ QCoro::Task<bool> printNewest()
 {
     KinletManager *manager = KinletManager::instance();
     if (!manager->isInitialized())
-        co_await qCoro(manager, &KinletManager::initialized);
+        co_await qCoro(manager, &KinletManager::initialized, Patience);
+    if (!manager->isInitialized()) {
+        QTextStream(stderr) << "not everybody has started" << Qt::endl;
+        co_return false;
+    }
 
     auto request = std::make_unique<SocialGetActivitiesRequest>();
     request->setActivityFilter(SocialActivity::Status);

@@ -121,7 +121,11 @@ int main(int argc, char **argv)
     // Through the event loop, also if everything has ended before that runs.
     QObject::connect(&watcher, &QFutureWatcherBase::finished, &application,
                      [&] { QCoreApplication::exit(watcher.result() ? 0 : 1); });
-    QTimer::singleShot(Patience, &application, [] { QCoreApplication::exit(1); });
+    QTimer::singleShot(Patience, &application, [manager] {
+        if (!manager->isInitialized())
+            QTextStream(stderr) << "not everybody has started" << Qt::endl;
+        QCoreApplication::exit(1);
+    });
 
     const auto start = [&] { watcher.setFuture(printNewest(&parent)); };
     if (manager->isInitialized())

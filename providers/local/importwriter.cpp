@@ -10,7 +10,7 @@
 #include <QLoggingCategory>
 
 // Silent unless asked for: archives are full of what a journal has no place for.
-Q_LOGGING_CATEGORY(lcImport, "kinlet.local.import", QtWarningMsg)
+Q_LOGGING_CATEGORY(lcImport, "kinlet.local.import", QtCriticalMsg)
 
 namespace {
 
@@ -105,7 +105,8 @@ void ImportWriter::like(const ImportedLike &like)
 
 void ImportWriter::skipped(const QString &what, const QString &why)
 {
-    qCInfo(lcImport).noquote() << "Skipped" << what << "-" << why;
+    constexpr int longest = 200;
+    qCInfo(lcImport) << "Skipped" << what.left(longest) << "-" << why.left(longest);
 }
 
 SocialImportProgress ImportWriter::counts() const

@@ -8,6 +8,8 @@
 #include "validity.h"
 #include "vocabulary.h"
 
+#include <QUrl>
+
 using namespace ActivityStreams;
 
 namespace {
@@ -88,7 +90,11 @@ void ItemReader::skip(const QJsonObject &what, const QString &why)
 void ItemReader::readUnchecked(const QJsonValue &item)
 {
     if (item.isString()) {
-        skip({{QStringLiteral("id"), item}}, QStringLiteral("it is only a reference"));
+        // What is no URL may be something that a person has written.
+        const QString text = item.toString();
+        m_hasDelivered = true;
+        m_sink.skipped(QUrl(text).isRelative() ? QStringLiteral("a text") : text,
+                       QStringLiteral("it is only a reference"));
         return;
     }
     const QString found = item.isObject() ? problem(item.toObject())

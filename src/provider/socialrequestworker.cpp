@@ -129,7 +129,7 @@ void logDispatch(const SocialDataRequest *request, SocialDataRequest *copy, cons
 {
     qCDebug(Log::provider) << request << "goes to" << name << "as" << copy;
     // So that each message about the copy names its provider.
-    if (Log::requests().isDebugEnabled())
+    if (Log::requests().isDebugEnabled() || Log::provider().isWarningEnabled())
         copy->setObjectName(name);
 }
 

@@ -72,7 +72,7 @@
     </message>
     <message>
         <source>a post goes to one account; choose it with --account, or say --account all:</source>
-        <translation>ein Beitrag geht an ein Konto; wählen Sie es mit --account aus, oder mit --account all alle:</translation>
+        <translation>ein Beitrag geht an ein Konto; wählen Sie es mit --account aus, oder geben Sie --account all für alle an:</translation>
     </message>
     <message>
         <source>Posted with %1.</source>
@@ -520,7 +520,7 @@
     </message>
     <message>
         <source>only this account, repeatable; &quot;all&quot; to post with every one</source>
-        <translation>nur dieses Konto, wiederholbar; mit „all“ an alle veröffentlichen</translation>
+        <translation>nur dieses Konto, wiederholbar; „all“: mit allen veröffentlichen</translation>
     </message>
     <message>
         <source>N</source>
@@ -710,7 +710,7 @@ Umgebungsvariablen:
     </message>
     <message>
         <source>; it takes --%1</source>
-        <translation>, nur --%1</translation>
+        <translation>; es kennt --%1</translation>
     </message>
     <message>
         <source>%1 is missing: %2</source>
