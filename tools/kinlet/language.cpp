@@ -5,6 +5,8 @@
 
 #include <QTranslator>
 
+#include <clocale>
+
 namespace {
 
 // What Qt says of itself on reading a command line; it is translated with the rest.
@@ -49,12 +51,15 @@ void speak(const QStringList &languages)
     static QTranslator translator;
     QCoreApplication::removeTranslator(&translator);
     spoken.clear();
+    // The system's own messages, which stand inside those of the tools.
+    std::setlocale(LC_MESSAGES, "C");
     for (const QString &language : languages) {
         if (english.contains(language.section(QLatin1Char('_'), 0, 0)))
             return;
         if (translator.load(QStringLiteral("kinlet_") + language,
                             QStringLiteral(":/translations"))) {
             QCoreApplication::installTranslator(&translator);
+            std::setlocale(LC_MESSAGES, "");
             spoken = language;
             return;
         }
